@@ -68,7 +68,7 @@ void putTogether(const StoredEntries& stored, DecodedTexts& texts) {
   __extension__ using Beginning = unsigned __int128;
   constexpr std::size_t kShort = sizeof(Beginning);
   texts.offsets.resize(stored.lengths.size());
-  texts.bytes.resize(stored.sizeInMemory() + kShort);
+  texts.bytes.resize(stored.sizeInMemory() + kTextMargin);
   unsigned char* out = texts.bytes.data();
   const unsigned char* in = stored.rest.data();
   const unsigned char* end = in + stored.rest.size();

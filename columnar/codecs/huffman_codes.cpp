@@ -19,7 +19,6 @@ constexpr std::uint16_t kIsSingle = 0x8000;
 constexpr std::size_t kMaxSymbolsOfShort = 100'000;
 // The symbols that 64 bits hold for sure when the first one begins inside their first byte.
 constexpr std::size_t kSymbolsInLoad = 4;
-constexpr int kSymbolBits = 12;
 
 using LengthCounts = std::array<std::uint32_t, kMaxLength + 1>;
 
@@ -103,14 +102,22 @@ std::array<std::uint32_t, kMaxLength + 1> firstCodes(const LengthCounts& counts)
   return first;
 }
 
+// Each byte with its bits in the other order.
+constexpr std::array<std::uint8_t, 256> kReversed = [] {
+  std::array<std::uint8_t, 256> bytes{};
+  for (unsigned byte = 0; byte < bytes.size(); ++byte) {
+    for (unsigned bit = 0; bit < 8; ++bit) {
+      bytes[byte] |= static_cast<std::uint8_t>((byte >> bit & 1) << (7 - bit));
+    }
+  }
+  return bytes;
+}();
+
 // The lowest `length` bits, of up to 16, in the other order.
 std::uint32_t reversed(std::uint32_t code, int length) {
   constexpr int kBits = 16;
-  code = (code & 0x5555) << 1 | (code >> 1 & 0x5555);
-  code = (code & 0x3333) << 2 | (code >> 2 & 0x3333);
-  code = (code & 0x0F0F) << 4 | (code >> 4 & 0x0F0F);
-  code = (code & 0x00FF) << 8 | (code >> 8 & 0x00FF);
-  return code >> (kBits - length);
+  const std::uint32_t both = std::uint32_t{kReversed[code & 0xFF]} << 8 | kReversed[code >> 8];
+  return both >> (kBits - length);
 }
 
 // Calls use(symbol, length, code) for each symbol that has a code, by symbol.
@@ -126,6 +133,54 @@ void forEachCode(std::span<const std::uint8_t> lengths, Use use) {
       use(symbol, length, reversed(next[lengths[symbol]]++, length));
     }
   }
+}
+
+// Sorts the symbols that have codes by their lengths, then by symbol. False where the codes are too
+// long, or where not every sequence of bits is the beginning of exactly one.
+bool sortByLength(std::span<const std::uint8_t> lengths, LengthCounts& counts,
+                  std::span<std::uint16_t> sorted) {
+  // Parts of the symbols are counted and sorted at the same time, so that a symbol need not wait
+  // for the one before it.
+  constexpr std::size_t kParts = 4;
+  constexpr std::size_t kLengths = 1 << kBitsOfLength;
+  std::array<std::array<std::uint32_t, kLengths>, kParts> next{};
+  const std::size_t partSize = (lengths.size() + kParts - 1) / kParts;
+  const auto forEach = [&](auto use) {
+    for (std::size_t i = 0; i < partSize; ++i) {
+      for (std::size_t part = 0; part < kParts; ++part) {
+        if (const std::size_t symbol = part * partSize + i; symbol < lengths.size()) {
+          use(symbol, next[part][lengths[symbol]]);
+        }
+      }
+    }
+  };
+  forEach([](std::size_t, std::uint32_t& count) { ++count; });
+  std::uint32_t used = 0;  // of all codes, in units of the longest code
+  std::uint32_t position = 0;
+  for (std::size_t length = 1; length < kLengths; ++length) {
+    for (auto& part : next) {
+      const std::uint32_t count = std::exchange(part[length], position);
+      position += count;
+      if (length > kMaxLength && count > 0) {
+        return false;
+      }
+      if (length <= kMaxLength) {
+        counts[length] += count;
+        used += count << (kMaxLength - length);
+      }
+    }
+  }
+  if (used != 1u << kMaxLength) {
+    return false;
+  }
+  // Symbols without a code come last.
+  for (auto& part : next) {
+    position += std::exchange(part[0], position);
+  }
+  forEach([&](std::size_t symbol, std::uint32_t& to) {
+    sorted[to++] = static_cast<std::uint16_t>(symbol);
+  });
+  return true;
 }
 
 std::size_t sizeOfSizes(std::size_t symbols) {
@@ -160,6 +215,80 @@ class BitWriter {
   std::uint64_t m_bits = 0;
   int m_count = 0;
 };
+
+// Where the next symbols of the streams begin, in bits.
+using Positions = std::array<std::size_t, kHuffmanStreams>;
+
+// Decodes groups of symbols as long as loads of 8 bytes stay inside the bytes; returns how many
+// symbols that were. There are at least 8 bytes.
+[[gnu::always_inline]] inline std::size_t decodeAllGroups(Bytes bytes, const HuffmanTable& table,
+                                                          Positions& positions,
+                                                          std::span<std::uint16_t> symbols) {
+  constexpr std::size_t kStep = kHuffmanStreams * kSymbolsInLoad;
+  // Shifted to the lower bits with those before it, this bit says how many have been used.
+  constexpr std::uint64_t kMark = std::uint64_t{1} << 63;
+  const std::size_t lastLoad = (bytes.size() - sizeof(std::uint64_t)) * 8;
+  const std::uint64_t mask = table.symbols.size() - 1;
+  const std::uint16_t* const tableSymbols = table.symbols.data();
+  const std::uint8_t* const tableLengths = table.lengths.data();
+  const unsigned char* const begin = bytes.data();
+  std::uint16_t* out = symbols.data();
+  const std::uint16_t* const end = out + symbols.size() / kStep * kStep;
+  auto [at0, at1, at2, at3] = positions;
+  while (out < end && std::max(std::max(at0, at1), std::max(at2, at3)) <= lastLoad) {
+    const auto load = [&](std::size_t at) {
+      return loadPacked<std::uint64_t>(begin + at / 8) >> at % 8 | kMark;
+    };
+    std::uint64_t bits0 = load(at0);
+    std::uint64_t bits1 = load(at1);
+    std::uint64_t bits2 = load(at2);
+    std::uint64_t bits3 = load(at3);
+    const auto step = [&](std::uint64_t& bits, std::size_t index) {
+      const std::uint64_t code = bits & mask;
+      bits >>= tableLengths[code];
+      out[index] = tableSymbols[code];
+    };
+    for (std::size_t i = 0; i < kStep; i += kHuffmanStreams) {
+      step(bits0, i);
+      step(bits1, i + 1);
+      step(bits2, i + 2);
+      step(bits3, i + 3);
+    }
+    at0 += static_cast<std::size_t>(std::countl_zero(bits0));
+    at1 += static_cast<std::size_t>(std::countl_zero(bits1));
+    at2 += static_cast<std::size_t>(std::countl_zero(bits2));
+    at3 += static_cast<std::size_t>(std::countl_zero(bits3));
+    out += kStep;
+  }
+  positions = {at0, at1, at2, at3};
+  return static_cast<std::size_t>(out - symbols.data());
+}
+
+using DecodeGroups = std::size_t (*)(Bytes, const HuffmanTable&, Positions&,
+                                     std::span<std::uint16_t>);
+
+std::size_t decodeGroupsPortably(Bytes bytes, const HuffmanTable& table, Positions& positions,
+                                 std::span<std::uint16_t> symbols) {
+  return decodeAllGroups(bytes, table, positions, symbols);
+}
+
+#if defined(__x86_64__)
+// Where a shift takes its distance from any register.
+[[gnu::target("bmi2")]] std::size_t decodeGroupsWithShifts(Bytes bytes, const HuffmanTable& table,
+                                                           Positions& positions,
+                                                           std::span<std::uint16_t> symbols) {
+  return decodeAllGroups(bytes, table, positions, symbols);
+}
+#endif
+
+DecodeGroups fastestDecodeGroups() {
+#if defined(__x86_64__)
+  if (__builtin_cpu_supports("bmi2")) {
+    return decodeGroupsWithShifts;
+  }
+#endif
+  return decodeGroupsPortably;
+}
 
 }  // namespace
 
@@ -313,35 +442,40 @@ bool HuffmanDecoder::takeLengths(ByteReader& reader) {
   if (!reader.readBytes(packedBitsSize(m_alphabetSize, kBitsOfLength), packed)) {
     return false;
   }
-  std::array<std::uint8_t, kMaxHuffmanSymbols> lengths;
-  std::uint32_t used = 0;  // of all codes, in units of the longest code
-  m_longest = 0;
-  for (std::size_t i = 0; i < m_alphabetSize; ++i) {
-    const int length = packed[i / 2] >> (i % 2 * 4) & 0xF;
-    if (length > kMaxLength) {
-      return false;
-    }
-    lengths[i] = static_cast<std::uint8_t>(length);
-    used += length == 0 ? 0 : 1u << (kMaxLength - length);
-    m_longest = std::max(m_longest, length);
+  std::array<std::uint8_t, kMaxHuffmanSymbols + 1> lengths;
+  for (std::size_t i = 0; i < packed.size(); ++i) {
+    lengths[2 * i] = packed[i] & 0xF;
+    lengths[2 * i + 1] = packed[i] >> kBitsOfLength;
   }
-  // Every sequence of bits has to be the beginning of exactly one code.
-  if (used != 1u << kMaxLength) {
-    return false;
-  }
-  fillTable({lengths.data(), m_alphabetSize});
-  return true;
+  return m_table.fill({lengths.data(), m_alphabetSize});
 }
 
-void HuffmanDecoder::fillTable(std::span<const std::uint8_t> lengths) {
-  m_table.resize(std::size_t{1} << m_longest);
-  forEachCode(lengths, [this](std::size_t symbol, int length, std::uint32_t code) {
-    const auto entry =
-        static_cast<std::uint16_t>(symbol | static_cast<unsigned>(length) << kSymbolBits);
-    for (std::size_t i = code; i < m_table.size(); i += std::size_t{1} << length) {
-      m_table[i] = entry;
+// The table for codes of one length consists of two copies of that for codes of one bit less, and
+// of the codes that are new.
+bool HuffmanTable::fill(std::span<const std::uint8_t> codeLengths) {
+  LengthCounts counts{};
+  std::array<std::uint16_t, kMaxHuffmanSymbols> sorted;
+  if (!sortByLength(codeLengths, counts, sorted)) {
+    return false;
+  }
+  std::size_t longest = kMaxLength;
+  while (counts[longest] == 0) {
+    --longest;
+  }
+  symbols.resize(std::size_t{1} << longest);
+  lengths.resize(symbols.size());
+  const auto first = firstCodes(counts);
+  const std::uint16_t* next = sorted.data();
+  for (std::size_t length = 1, half = 1; length <= longest; ++length, half *= 2) {
+    std::copy_n(symbols.begin(), half, symbols.begin() + static_cast<std::ptrdiff_t>(half));
+    std::copy_n(lengths.begin(), half, lengths.begin() + static_cast<std::ptrdiff_t>(half));
+    for (std::uint32_t i = 0; i < counts[length]; ++i) {
+      const std::uint32_t code = reversed(first[length] + i, static_cast<int>(length));
+      symbols[code] = *next++;
+      lengths[code] = static_cast<std::uint8_t>(length);
     }
-  });
+  }
+  return true;
 }
 
 bool HuffmanDecoder::takeStreams(ByteReader& reader) {
@@ -369,46 +503,18 @@ bool HuffmanDecoder::takeStreams(ByteReader& reader) {
 // Decodes groups of symbols as long as a load of 8 bytes stays inside the bytes; returns how many
 // symbols that were.
 std::size_t HuffmanDecoder::nextQuickly(std::span<std::uint16_t> symbols) {
-  constexpr std::size_t kStep = kHuffmanStreams * kSymbolsInLoad;
   if (m_bytes.size() < sizeof(std::uint64_t)) {
     return 0;
   }
-  const std::size_t lastLoad = (m_bytes.size() - sizeof(std::uint64_t)) * 8;
-  const unsigned char* bytes = m_bytes.data();
-  const std::uint16_t* table = m_table.data();
-  const std::uint64_t mask = m_table.size() - 1;
-  std::size_t at0 = m_streams[0].position;
-  std::size_t at1 = m_streams[1].position;
-  std::size_t at2 = m_streams[2].position;
-  std::size_t at3 = m_streams[3].position;
-  std::size_t done = 0;
-  for (; done + kStep <= symbols.size(); done += kStep) {
-    if (std::max(std::max(at0, at1), std::max(at2, at3)) > lastLoad) {
-      break;
-    }
-    std::uint64_t bits0 = loadPacked<std::uint64_t>(bytes + at0 / 8) >> at0 % 8;
-    std::uint64_t bits1 = loadPacked<std::uint64_t>(bytes + at1 / 8) >> at1 % 8;
-    std::uint64_t bits2 = loadPacked<std::uint64_t>(bytes + at2 / 8) >> at2 % 8;
-    std::uint64_t bits3 = loadPacked<std::uint64_t>(bytes + at3 / 8) >> at3 % 8;
-    std::uint16_t* out = symbols.data() + done;
-    const auto step = [&](std::uint64_t& bits, std::size_t& at, std::size_t index) {
-      const std::uint16_t entry = table[bits & mask];
-      const unsigned length = entry >> kSymbolBits;
-      out[index] = entry & ((1u << kSymbolBits) - 1);
-      bits >>= length;
-      at += length;
-    };
-    for (std::size_t i = 0; i < kStep; i += kHuffmanStreams) {
-      step(bits0, at0, i);
-      step(bits1, at1, i + 1);
-      step(bits2, at2, i + 2);
-      step(bits3, at3, i + 3);
-    }
+  Positions positions;
+  for (std::size_t i = 0; i < kHuffmanStreams; ++i) {
+    positions[i] = m_streams[i].position;
   }
-  m_streams[0].position = at0;
-  m_streams[1].position = at1;
-  m_streams[2].position = at2;
-  m_streams[3].position = at3;
+  static const DecodeGroups decodeGroups = fastestDecodeGroups();
+  const std::size_t done = decodeGroups(m_bytes, m_table, positions, symbols);
+  for (std::size_t i = 0; i < kHuffmanStreams; ++i) {
+    m_streams[i].position = positions[i];
+  }
   return done;
 }
 
@@ -424,9 +530,9 @@ bool HuffmanDecoder::next(std::span<std::uint16_t> symbols) {
     const std::size_t first = std::min(stream.position / 8, m_bytes.size());
     std::uint32_t bits = 0;
     std::memcpy(&bits, m_bytes.data() + first, std::min(sizeof bits, m_bytes.size() - first));
-    const std::uint16_t entry = m_table[bits >> stream.position % 8 & (m_table.size() - 1)];
-    symbols[i] = entry & ((1u << kSymbolBits) - 1);
-    stream.position += entry >> kSymbolBits;
+    const std::size_t code = bits >> stream.position % 8 & (m_table.symbols.size() - 1);
+    symbols[i] = m_table.symbols[code];
+    stream.position += m_table.lengths[code];
   }
   return m_remaining > 0 || areStreamsSound();
 }

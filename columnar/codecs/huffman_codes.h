@@ -57,6 +57,17 @@ class HuffmanEncoder {
   std::vector<std::uint64_t> m_weights;
 };
 
+// For every value of the next bits, as many as the longest code has: which symbol they begin with,
+// and how many bits it takes.
+struct HuffmanTable {
+  std::vector<std::uint16_t> symbols;
+  std::vector<std::uint8_t> lengths;
+
+  // From the length of each symbol's code, up to 15; 0 for symbols without one. False where these
+  // are not the lengths of such codes.
+  [[nodiscard]] bool fill(std::span<const std::uint8_t> codeLengths);
+};
+
 class HuffmanDecoder {
  public:
   // Reads lengths and streams of `count` symbols, from 1 on. False where they are damaged or do
@@ -79,15 +90,13 @@ class HuffmanDecoder {
 
   [[nodiscard]] bool takeLengths(ByteReader& reader);
   [[nodiscard]] bool takeStreams(ByteReader& reader);
-  void fillTable(std::span<const std::uint8_t> lengths);
   std::size_t nextQuickly(std::span<std::uint16_t> symbols);
   bool areStreamsSound() const;
 
   std::size_t m_alphabetSize = 0;
   std::size_t m_remaining = 0;  // symbols
   bool m_isSingle = false;
-  int m_longest = 0;
-  std::vector<std::uint16_t> m_table;  // for every value of the next bits: symbol and length
+  HuffmanTable m_table;
   Bytes m_bytes;
   std::array<Stream, kHuffmanStreams> m_streams;
 };

@@ -210,6 +210,7 @@ bool IntegerColumn::take(ByteReader& reader, std::size_t count, std::uint64_t la
       if (m_base <= largest) {
         m_isBounded = m_packed.largest() <= largest - m_base;
         m_valueCount = std::min(m_packed.largest(), largest - m_base) + 1;
+        m_largest = m_base + (m_valueCount - 1);
       }
       return true;
     case IntegerLayout::delta:
@@ -223,8 +224,10 @@ bool IntegerColumn::take(ByteReader& reader, std::size_t count, std::uint64_t la
       if (!takeEntries(reader) || !m_packed.take(reader, count)) {
         return false;
       }
-      if (*std::max_element(m_entries.begin(), m_entries.end()) <= largest) {
+      if (const std::uint64_t entry = *std::max_element(m_entries.begin(), m_entries.end());
+          entry <= largest) {
         m_valueCount = m_entries.size();
+        m_largest = entry;
       }
       return true;
   }
@@ -263,8 +266,8 @@ std::span<const std::uint64_t> IntegerColumn::nextIndices() {
     std::fill(indices.begin(), indices.end(), 0);
     return indices;
   }
-  const bool isSound =
-      !indices.empty() && m_packed.next(0, indices) && kernels::largestOf(indices) < m_valueCount;
+  const bool isSound = !indices.empty() && m_packed.next(0, indices) && m_valueCount > 0 &&
+                       kernels::areAtMost(indices, m_valueCount - 1);
   return isSound ? indices : indices.first(0);
 }
 
@@ -289,7 +292,7 @@ bool IntegerColumn::load() {
   if (!m_packed.next(addedToEach(), numbers) || !restore(numbers)) {
     return false;
   }
-  return m_isBounded || kernels::largestOf(numbers) <= m_largest;
+  return m_isBounded || kernels::areAtMost(numbers, m_largest);
 }
 
 std::uint64_t IntegerColumn::addedToEach() const {
@@ -315,7 +318,7 @@ bool IntegerColumn::restore(std::span<std::uint64_t> numbers) {
   if (m_layout == IntegerLayout::frameOfReference) {
     return true;
   }
-  if (kernels::largestOf(numbers) >= m_entries.size()) {
+  if (!kernels::areAtMost(numbers, m_entries.size() - 1)) {
     return false;
   }
   for (std::uint64_t& number : numbers) {

@@ -67,9 +67,18 @@ class IntegerColumn {
   // All numbers are the same one, without being stored for each.
   bool isConstant() const { return m_layout == IntegerLayout::constant; }
 
+  // No number is larger.
+  std::uint64_t largest() const { return m_largest; }
+
   // Makes sure that number() can be asked for another one. False where they are damaged or end.
   [[nodiscard]] bool hasNext() { return m_next < m_loaded || load(); }
   std::uint64_t number() { return m_numbers[m_next++]; }
+  // How many more numbers there are without a call of hasNext(), and the next ones of these.
+  std::size_t loadedCount() const { return m_loaded - m_next; }
+  std::span<const std::uint64_t> loadedNumbers(std::size_t count) {
+    m_next += count;
+    return {m_numbers + m_next - count, count};
+  }
   // Where the numbers are few different ones, they can be read as indices of these instead: all are
   // below valueCount(), which is 0 where they cannot.
   std::uint64_t valueCount() const { return m_valueCount; }

@@ -14,12 +14,13 @@ template <bool kStarts, typename Code>
   }
 }
 
-[[gnu::always_inline]] inline std::uint64_t largest(std::span<const std::uint64_t> numbers) {
-  std::uint64_t result = 0;
+[[gnu::always_inline]] inline bool atMost(std::span<const std::uint64_t> numbers,
+                                          std::uint64_t limit) {
+  std::uint64_t above = 0;
   for (const std::uint64_t number : numbers) {
-    result = std::max(result, number);
+    above |= number > limit ? 1 : 0;
   }
-  return result;
+  return above == 0;
 }
 
 [[gnu::always_inline]] inline IntegerBounds bounds(std::span<const std::uint64_t> numbers) {
@@ -36,7 +37,7 @@ struct Loops {
   void (*start)(std::span<const std::uint32_t>, std::uint64_t, std::uint64_t*);
   void (*add)(std::span<const std::uint32_t>, int, std::uint64_t*);
   void (*addShort)(std::span<const std::uint16_t>, int, std::uint64_t*);
-  std::uint64_t (*largest)(std::span<const std::uint64_t>);
+  bool (*atMost)(std::span<const std::uint64_t>, std::uint64_t);
   IntegerBounds (*bounds)(std::span<const std::uint64_t>);
 };
 
@@ -50,7 +51,9 @@ constexpr Loops kPortable = {
     [](std::span<const std::uint16_t> codes, int shift, std::uint64_t* numbers) {
       join<false>(codes, shift, 0, numbers);
     },
-    [](std::span<const std::uint64_t> numbers) { return largest(numbers); },
+    [](std::span<const std::uint64_t> numbers, std::uint64_t limit) {
+      return atMost(numbers, limit);
+    },
     [](std::span<const std::uint64_t> numbers) { return bounds(numbers); }};
 
 #if defined(__x86_64__)
@@ -69,15 +72,16 @@ constexpr Loops kPortable = {
   join<false>(codes, shift, 0, numbers);
 }
 
-[[gnu::target("avx2")]] std::uint64_t largestWide(std::span<const std::uint64_t> numbers) {
-  return largest(numbers);
+[[gnu::target("avx2")]] bool atMostWide(std::span<const std::uint64_t> numbers,
+                                        std::uint64_t limit) {
+  return atMost(numbers, limit);
 }
 
 [[gnu::target("avx2")]] IntegerBounds boundsWide(std::span<const std::uint64_t> numbers) {
   return bounds(numbers);
 }
 
-constexpr Loops kWide = {startWide, addWide, addShortWide, largestWide, boundsWide};
+constexpr Loops kWide = {startWide, addWide, addShortWide, atMostWide, boundsWide};
 #endif
 
 const Loops& loops() {
@@ -104,8 +108,8 @@ void addToIntegers(std::span<const std::uint16_t> codes, int shift, std::uint64_
   loops().addShort(codes, shift, numbers);
 }
 
-std::uint64_t largestOf(std::span<const std::uint64_t> numbers) {
-  return loops().largest(numbers);
+bool areAtMost(std::span<const std::uint64_t> numbers, std::uint64_t limit) {
+  return loops().atMost(numbers, limit);
 }
 
 IntegerBounds boundsOf(std::span<const std::uint64_t> numbers) {

@@ -23,6 +23,7 @@ struct IntegerBounds {
   std::uint64_t largest;
 };
 IntegerBounds boundsOf(std::span<const std::uint64_t> numbers);
-std::uint64_t largestOf(std::span<const std::uint64_t> numbers);
+// Whether no number is larger.
+bool areAtMost(std::span<const std::uint64_t> numbers, std::uint64_t limit);
 
 }  // namespace kelvarin::kernels

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
+#include <numeric>
 
 #include "columnar/codecs/digit_printing.h"
+#include "columnar/codecs/moment_kernels.h"
+#include "columnar/codecs/wide_digits.h"
 
 namespace kelvarin {
 
@@ -30,15 +34,18 @@ int widthOf(unsigned char component) {
   }
 }
 
-void printTwo(std::uint64_t number, unsigned char* out) {
-  static constexpr std::array<std::uint16_t, 100> kPairs = [] {
-    std::array<std::uint16_t, 100> pairs{};
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-      pairs[i] = static_cast<std::uint16_t>(('0' + i / 10) | ('0' + i % 10) << 8);
-    }
-    return pairs;
-  }();
-  storePacked(out, kPairs[number]);
+// Positions of what is put together for printing: century, year, month and day, a pair that is 0,
+// hour, minute and second. Eight digits of a fraction end with those that are printed.
+struct DigitRange {
+  int first;
+  int count;
+};
+constexpr DigitRange kPrintedDigits[] = {{0, 4}, {4, 2}, {6, 2}, {10, 2}, {12, 2}, {14, 2}};
+constexpr int kFractionEnd = 8;
+constexpr unsigned char kNoDigit = 0x80;  // becomes zero
+
+__m128i loadWord(const void* bytes) {
+  return _mm_loadu_si128(static_cast<const __m128i_u*>(bytes));
 }
 
 bool parseBelow(const unsigned char* text, std::uint64_t limit, std::uint64_t& number) {
@@ -74,6 +81,7 @@ bool MomentPattern::compile(std::string_view pattern) {
     m_largest *= has(MomentComponent::second) ? kSecondsOfDay : kMinutesOfDay;
   }
   m_largest = m_largest * powerOfTen(m_fractionDigits) - 1;
+  chooseDigits();
   return true;
 }
 
@@ -194,37 +202,94 @@ bool MomentPattern::parse(const unsigned char* text, std::uint64_t& moment) cons
   return true;
 }
 
-void MomentPattern::printDate(std::uint64_t days, unsigned char* out) const {
-  const std::chrono::year_month_day date(kFirstDay + std::chrono::days(days));
-  const auto year = static_cast<unsigned>(static_cast<int>(date.year()));
-  unsigned char* const at4 = out + at(MomentComponent::year);
-  printTwo(year / 100, at4);
-  printTwo(year % 100, at4 + 2);
-  printTwo(static_cast<unsigned>(date.month()), out + at(MomentComponent::month));
-  printTwo(static_cast<unsigned>(date.day()), out + at(MomentComponent::day));
+void MomentPattern::chooseDigits() {
+  m_digits.fill(kNoDigit);
+  m_fraction.fill(kNoDigit);
+  const auto choose = [](Digits& digits, int at, DigitRange range) {
+    std::iota(digits.begin() + at, digits.begin() + at + range.count,
+              static_cast<unsigned char>(range.first));
+  };
+  for (std::size_t component = 0; component < std::size(kPrintedDigits); ++component) {
+    if (m_at[component] != kAbsent) {
+      choose(m_digits, m_at[component], kPrintedDigits[component]);
+    }
+  }
+  if (m_fractionDigits > 0) {
+    choose(m_fraction, at(MomentComponent::fractionDigit),
+           {kFractionEnd - m_fractionDigits, m_fractionDigits});
+  }
 }
 
-void MomentPattern::print(std::uint64_t moment, unsigned char* out) const {
-  std::copy(m_characters.begin(), m_characters.end(), out);
-  if (m_fractionDigits > 0) {
-    const std::uint64_t power = powerOfTen(m_fractionDigits);
-    unsigned char digits[8];
-    printUpToEightDigits(static_cast<std::uint32_t>(moment % power), m_fractionDigits, digits);
-    std::copy_n(digits, m_fractionDigits, out + at(MomentComponent::fractionDigit));
-    moment /= power;
+void MomentPattern::printAll(std::span<const std::uint64_t> moments, unsigned char* out,
+                             std::size_t step) const {
+  for (; moments.size() > kMaxInBatch; moments = moments.subspan(kMaxInBatch)) {
+    printBatch(moments.first(kMaxInBatch), out, step);
+    out += kMaxInBatch * step;
   }
-  if (has(MomentComponent::second)) {
-    printTwo(moment % 60, out + at(MomentComponent::second));
-    moment /= 60;
+  printBatch(moments, out, step);
+}
+
+// Sixteen bytes of what is printed.
+struct MomentPattern::PrintedWord {
+  __m128i characters;
+  __m128i chosen;
+  __m128i chosenOfFraction;
+
+  PrintedWord(const MomentPattern& pattern, std::size_t at)
+      : characters(loadWord(&pattern.m_characters[at])),
+        chosen(loadWord(&pattern.m_digits[at])),
+        chosenOfFraction(loadWord(&pattern.m_fraction[at])) {}
+
+  void store(__m128i digits, __m128i fraction, unsigned char* out) const {
+    const __m128i printed = _mm_or_si128(_mm_shuffle_epi8(digits, chosen),
+                                         _mm_shuffle_epi8(fraction, chosenOfFraction));
+    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(out), _mm_or_si128(printed, characters));
   }
-  if (has(MomentComponent::hour)) {
-    printTwo(moment % 60, out + at(MomentComponent::minute));
-    moment /= 60;
-    printTwo(moment % 24, out + at(MomentComponent::hour));
-    moment /= 24;
+};
+
+void MomentPattern::printBatch(std::span<const std::uint64_t> moments, unsigned char* out,
+                               std::size_t step) const {
+  std::array<std::uint32_t, kMaxInBatch> days;
+  std::array<std::uint32_t, kMaxInBatch> seconds;
+  std::array<std::uint32_t, kMaxInBatch> fractions;
+  const bool hasTime = has(MomentComponent::hour);
+  const bool hasSecond = has(MomentComponent::second);
+  const bool hasFraction = m_fractionDigits > 0;
+  const std::uint64_t power = powerOfTen(m_fractionDigits);
+  for (std::size_t i = 0; i < moments.size(); ++i) {
+    std::uint64_t moment = moments[i];
+    if (hasFraction) {
+      fractions[i] = static_cast<std::uint32_t>(moment % power);
+      moment /= power;
+    }
+    std::uint64_t ofDay = 0;
+    if (hasSecond) {
+      ofDay = moment % kSecondsOfDay;
+      moment /= kSecondsOfDay;
+    } else if (hasTime) {
+      ofDay = moment % kMinutesOfDay * 60;
+      moment /= kMinutesOfDay;
+    }
+    days[i] = static_cast<std::uint32_t>(moment);
+    seconds[i] = static_cast<std::uint32_t>(ofDay);
   }
-  if (has(MomentComponent::year)) {
-    printDate(moment, out);
+  std::array<std::uint32_t, 4 * kMaxInBatch> pairs;
+  kernels::cutMoments({days.data(), moments.size()}, seconds.data(), pairs.data());
+  const bool isLong = m_size > sizeof(__m128i);
+  const __m128i zero = _mm_set1_epi8('0');
+  const PrintedWord first(*this, 0);
+  const PrintedWord second(*this, isLong ? sizeof(__m128i) : 0);
+  for (std::size_t i = 0; i < moments.size(); ++i) {
+    const __m128i digits = _mm_or_si128(digitsOfPairs(loadWord(&pairs[4 * i])), zero);
+    __m128i fraction = zero;
+    if (hasFraction) {
+      fraction = _mm_cvtsi64_si128(static_cast<std::int64_t>(eightDigits(fractions[i])));
+    }
+    first.store(digits, fraction, out);
+    if (isLong) {
+      second.store(digits, fraction, out + sizeof digits);
+    }
+    out += step;
   }
 }
 

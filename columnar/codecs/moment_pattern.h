@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -45,28 +46,38 @@ class MomentPattern {
 
   // `text` has size() bytes. False when they are no moment in this pattern.
   [[nodiscard]] bool parse(const unsigned char* text, std::uint64_t& moment) const;
-  // Writes kMaxSize bytes, of which the first size() count.
-  void print(std::uint64_t moment, unsigned char* out) const;
+  // Writes one or two words of 16 bytes, of which the first size() bytes count.
+  void print(std::uint64_t moment, unsigned char* out) const { printAll({&moment, 1}, out, 0); }
+  // Prints each so many bytes behind the one before.
+  void printAll(std::span<const std::uint64_t> moments, unsigned char* out, std::size_t step) const;
 
  private:
   static constexpr int kAbsent = -1;
+  static constexpr std::size_t kMaxInBatch = 128;
   static constexpr std::size_t kComponents = 7;
 
+  // Which digit stands at each position, of those that are put together for printing.
+  using Digits = std::array<unsigned char, kMaxSize>;
+  struct PrintedWord;
+
   [[nodiscard]] bool add(unsigned char component);
+  void chooseDigits();
+  void printBatch(std::span<const std::uint64_t> moments, unsigned char* out,
+                  std::size_t step) const;
   [[nodiscard]] bool isWhole() const;
   int at(MomentComponent component) const { return m_at[static_cast<std::size_t>(component)]; }
   bool has(MomentComponent component) const { return at(component) != kAbsent; }
   bool hasCharacters(const unsigned char* text) const;
   [[nodiscard]] bool parseDate(const unsigned char* text, std::uint64_t& days) const;
   [[nodiscard]] bool parseTime(const unsigned char* text, std::uint64_t& time) const;
-  void printDate(std::uint64_t days, unsigned char* out) const;
-
   std::array<int, kComponents> m_at{};
   int m_fractionDigits = 0;
   std::size_t m_size = 0;
   std::uint64_t m_largest = 0;
   std::array<unsigned char, kMaxSize> m_characters{};  // 0 where components stand
   std::array<unsigned char, kMaxSize> m_fixed{};       // 0 there as well, else all bits set
+  Digits m_digits{};                                   // of date and time of day
+  Digits m_fraction{};
 };
 
 }  // namespace kelvarin

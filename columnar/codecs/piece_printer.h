@@ -1,4 +1,5 @@
-// Prints the pieces of a template that are no texts: fixed bytes, digits, and moments.
+// Prints the pieces of a template that are no texts: fixed bytes, digits, and moments, one alone or
+// those of many rows.
 //
 // Used wherever texts with a shape are made or compared.
 // Threads: any, once the piece is set.
@@ -8,21 +9,13 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "columnar/codecs/digit_printing.h"
 #include "columnar/codecs/text_template.h"
 
 namespace kelvarin {
-
-// Copies whole words, up to 15 bytes behind the end of either.
-inline void copyWords(const unsigned char* from, std::size_t size, unsigned char* out) {
-  constexpr std::size_t kWord = 16;
-  std::memcpy(out, from, kWord);
-  for (std::size_t i = kWord; i < size; i += kWord) {
-    std::memcpy(out + i, from + i, kWord);
-  }
-}
 
 // The digits of the numbers below 1000, which are the most frequent, and how many these are.
 struct SmallNumber {
@@ -43,10 +36,24 @@ inline constexpr std::array<SmallNumber, 1000> kSmallNumbers = [] {
   return numbers;
 }();
 
+// Where numbers of a field are printed: each with a distance from the one before, and what stands
+// behind it. Nothing behind these bytes is touched.
+struct PieceCells {
+  using Word = std::array<unsigned char, 16>;
+
+  unsigned char* out = nullptr;
+  std::size_t step = 0;
+  Word behind{};
+  // Of fields of varying width: how many bytes before and behind a number belong to it, and what
+  // each number takes with these.
+  unsigned sizeAround = 0;
+  std::uint8_t* sizes = nullptr;
+  std::uint64_t largest = 0;  // no number is larger
+};
+
 class PiecePrinter {
  public:
-  // What one piece takes at most, and how many bytes behind it printing may touch.
-  static constexpr std::size_t kLongestNumber = 40;  // digits are at most 19 and a separator
+  // How many bytes behind a piece printing may touch.
   static constexpr std::size_t kOverrun = 64;
 
   // False: the pattern of a moment is none.
@@ -54,9 +61,7 @@ class PiecePrinter {
     m_kind = piece.kind;
     m_width = piece.width;
     if (m_kind == PieceKind::fixed) {
-      m_width = static_cast<int>(piece.bytes.size());
       m_fixed = piece.bytes;
-      m_fixed.resize(m_fixed.size() + 16);
     } else if (m_kind == PieceKind::decimal) {
       m_separator = static_cast<unsigned char>(piece.bytes[0]);
     }
@@ -66,13 +71,9 @@ class PiecePrinter {
   PieceKind kind() const { return m_kind; }
   const MomentPattern& moment() const { return m_moment; }
 
-  // The bytes of a fixed piece.
-  unsigned char* printFixed(unsigned char* out) const {
-    copyWords(asBytes(m_fixed).data(), fixedSize(), out);
-    return out + m_width;
-  }
-  std::size_t fixedSize() const { return static_cast<std::size_t>(m_width); }
-  std::string_view fixedBytes() const { return std::string_view(m_fixed).substr(0, fixedSize()); }
+  // Of a fixed piece.
+  std::size_t fixedSize() const { return m_fixed.size(); }
+  std::string_view fixedBytes() const { return m_fixed; }
 
   // Of a field of numbers. Returns the end.
   unsigned char* printNumber(std::uint64_t number, unsigned char* out) const {
@@ -103,6 +104,21 @@ class PiecePrinter {
     return m_kind != PieceKind::number && m_kind != PieceKind::varyingDigits &&
            m_kind != PieceKind::decimal;
   }
+  // No number takes more bytes.
+  std::size_t longestNumber() const {
+    return hasFixedWidth() ? sizeOf(0)
+                           : kMaxDecimalDigits + std::size_t{m_kind == PieceKind::decimal};
+  }
+
+  // Prints the numbers of a field of fixed width.
+  void printFixedWidth(std::span<const std::uint64_t> numbers, const PieceCells& cells) const;
+  // The same for a field of varying width, with the sizes. Returns the most bytes that a number
+  // takes by itself, or more.
+  std::size_t printVaryingWidth(std::span<const std::uint64_t> numbers,
+                                const PieceCells& cells) const;
+
+  // How many bytes the numbers take together, none of which is above the largest one.
+  std::uint64_t sizeOfAll(std::span<const std::uint64_t> numbers, std::uint64_t largest) const;
   // How many bytes the number takes.
   std::size_t sizeOf(std::uint64_t number) const {
     switch (m_kind) {
@@ -144,17 +160,20 @@ class PiecePrinter {
   int digitsOfDecimal(std::uint64_t number) const {
     return std::max(digitCount(number), m_width + 1);
   }
+  // Of up to eight digits.
+  unsigned char* printShortDecimal(std::uint64_t number, int count, unsigned char* out) const {
+    const std::uint64_t eight = eightDigits(static_cast<std::uint32_t>(number)) >> 8 * (8 - count);
+    const int whole = count - m_width;
+    storePacked(out, eight);
+    out[whole] = m_separator;
+    storePacked(out + whole + 1, eight >> 8 * whole);
+    return out + count + 1;
+  }
   // Prints all digits, and moves those of the fraction by the separator.
   unsigned char* printDecimal(std::uint64_t number, unsigned char* out) const {
     const int count = digitsOfDecimal(number);
     if (count <= 8) {
-      const std::uint64_t eight =
-          eightDigits(static_cast<std::uint32_t>(number)) >> 8 * (8 - count);
-      const int whole = count - m_width;
-      storePacked(out, eight);
-      out[whole] = m_separator;
-      storePacked(out + whole + 1, eight >> 8 * whole);
-      return out + count + 1;
+      return printShortDecimal(number, count, out);
     }
     printDigits(number, count, out);
     unsigned char* const fraction = out + count - m_width;
@@ -168,8 +187,20 @@ class PiecePrinter {
   PieceKind m_kind = PieceKind::fixed;
   int m_width = 0;
   unsigned char m_separator = 0;
-  std::string m_fixed;  // with a margin for whole words
+  std::string m_fixed;
   MomentPattern m_moment;
+};
+
+// A number of a field as it is printed.
+class PrintedNumber {
+ public:
+  std::string_view print(const PiecePrinter& printer, std::uint64_t number) {
+    const unsigned char* end = printer.printNumber(number, m_bytes);
+    return {reinterpret_cast<const char*>(m_bytes), static_cast<std::size_t>(end - m_bytes)};
+  }
+
+ private:
+  unsigned char m_bytes[MomentPattern::kMaxSize + PiecePrinter::kOverrun];
 };
 
 }  // namespace kelvarin

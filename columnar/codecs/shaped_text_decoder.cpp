@@ -1,6 +1,7 @@
 #include "columnar/codecs/shaped_text_decoder.h"
 
 #include <algorithm>
+#include <array>
 #include <deque>
 #include <optional>
 #include <span>
@@ -20,12 +21,12 @@ namespace {
 // A text that is stored.
 struct PrintedText {
   std::uint32_t offset = 0;
-  std::uint32_t size = 0;  // with its length; 0 until it is printed
+  std::uint32_t size = 0;  // with its length; 0 where it is not printed
   std::uint32_t code = 0;  // as TextEntries has it
 };
 
-// The texts of a template whose fields have few values: each is printed where it occurs first, and
-// found where it occurs again, since that takes a fraction of the time.
+// The texts of a template whose fields have few values: each is printed once and found for each of
+// its rows, since that takes a fraction of the time.
 struct RepeatingTexts {
   std::vector<std::uint32_t> combinations;  // of the rows that have the template
   std::size_t next = 0;
@@ -47,16 +48,22 @@ class ShapedTextDecoder {
   unsigned char* copyOther(unsigned char* out);
   template <typename Print>
   [[nodiscard]] bool addText(Print print);
-  // These store the text of the next row, or find it. False where it is damaged.
-  [[nodiscard]] bool addRow(std::size_t number, TextEntries& entries, PrintedText& text);
-  [[nodiscard]] bool addPrinted(std::size_t number, TextEntries& entries, PrintedText& text);
-  [[nodiscard]] bool addNull();
   bool doesRepeat(std::size_t index) const;
-  [[nodiscard]] bool findRepeating();
-  [[nodiscard]] bool printRepeating(std::size_t index, std::uint32_t combination,
-                                    TextEntries& entries);
-  [[nodiscard]] bool addRepeatingRows(std::size_t index, std::size_t firstRow,
-                                      std::span<std::uint32_t> offsets, TextEntries& entries);
+  [[nodiscard]] bool printRepeating(std::size_t index, TextEntries& entries);
+  [[nodiscard]] bool printNew(TemplatePrinter& printer, std::span<const std::uint32_t> combinations,
+                              TextEntries& entries, std::vector<PrintedText>& printed);
+  // The rows from one on that have the same number.
+  struct Run {
+    std::size_t firstRow;
+    std::span<std::uint32_t> offsets;
+  };
+  Run runFrom(std::size_t row, std::span<std::uint32_t> offsets) const;
+  // These store the texts of a run, or find them. False where they are damaged.
+  [[nodiscard]] bool addRun(std::size_t number, const Run& run, TextEntries& entries);
+  [[nodiscard]] bool addNulls(const Run& run, TextEntries& entries);
+  void findRepeating(RepeatingTexts& repeating, const Run& run, TextEntries& entries);
+  template <typename Add>
+  [[nodiscard]] bool addEach(const Run& run, TextEntries& entries, Add add);
 
   std::uint32_t offset() const { return static_cast<std::uint32_t>(m_out - m_begin); }
 
@@ -74,8 +81,7 @@ class ShapedTextDecoder {
   std::size_t m_nextOther = 0;
 
   // While texts are printed.
-  std::vector<std::optional<RepeatingTexts>> m_repeating;  // of each number
-  std::vector<PrintedText> m_last;                         // of each number
+  std::vector<std::optional<RepeatingTexts>> m_repeating;  // of each template
   PrintedText m_null;                                      // which all nulls share
   const unsigned char* m_begin = nullptr;
   unsigned char* m_out = nullptr;
@@ -173,51 +179,20 @@ bool ShapedTextDecoder::addText(Print print) {
   return true;
 }
 
-bool ShapedTextDecoder::addPrinted(std::size_t number, TextEntries& entries, PrintedText& text) {
-  bool isSame = false;
-  if (!m_printers[number].takeFields(isSame)) {
-    return false;
-  }
-  PrintedText& last = m_last[number];
-  if (!isSame || last.size == 0) {
-    const std::uint32_t begin = offset();
-    if (!addText([this, number](unsigned char* out) {
-          return m_printers[number].printFields(out, m_end);
-        })) {
+bool ShapedTextDecoder::addNulls(const Run& run, TextEntries& entries) {
+  if (m_null.size == 0) {
+    if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
       return false;
     }
-    last = {begin, offset() - begin, entries.add(begin)};
+    m_null = {offset(), kLengthSize, entries.add(offset())};
+    storePacked(m_out, kNullLength);
+    m_out += kLengthSize;
   }
-  text = last;
-  return true;
-}
-
-bool ShapedTextDecoder::addNull() {
-  if (m_end - m_out < static_cast<std::ptrdiff_t>(kLengthSize)) {
-    return false;
+  for (std::size_t i = 0; i < run.offsets.size(); ++i) {
+    run.offsets[i] = m_null.offset;
+    entries.setRow(run.firstRow + i, m_null.code);
   }
-  storePacked(m_out, kNullLength);
-  m_out += kLengthSize;
-  return true;
-}
-
-bool ShapedTextDecoder::addRow(std::size_t number, TextEntries& entries, PrintedText& text) {
-  if (number < m_printers.size()) {
-    return addPrinted(number, entries, text);
-  }
-  const bool isNull = number == nullNumber();
-  if (isNull && m_null.size != 0) {
-    text = m_null;
-    return true;
-  }
-  const std::uint32_t begin = offset();
-  if (!(isNull ? addNull() : addText([this](unsigned char* out) { return copyOther(out); }))) {
-    return false;
-  }
-  text = {begin, offset() - begin, entries.add(begin)};
-  if (isNull) {
-    m_null = text;
-  }
+  m_sizeOfRows += run.offsets.size() * kLengthSize;
   return true;
 }
 
@@ -227,62 +202,117 @@ bool ShapedTextDecoder::doesRepeat(std::size_t index) const {
   return combinations != 0 && combinations <= 4 * m_rows[index];
 }
 
-bool ShapedTextDecoder::findRepeating() {
-  m_repeating.resize(otherNumber() + 1);
-  m_last.resize(m_printers.size());
-  for (std::size_t i = 0; i < m_printers.size(); ++i) {
-    if (!doesRepeat(i)) {
-      continue;
-    }
-    RepeatingTexts& repeating = m_repeating[i].emplace();
-    repeating.combinations.resize(m_rows[i]);
-    repeating.printed.resize(m_printers[i].combinationCount());
-    if (!m_printers[i].takeCombinations(repeating.combinations)) {
-      return false;
-    }
-  }
-  return true;
-}
-
-bool ShapedTextDecoder::printRepeating(std::size_t index, std::uint32_t combination,
-                                       TextEntries& entries) {
-  const std::uint32_t begin = offset();
-  if (!addText([&](unsigned char* out) {
-        return m_printers[index].printCombination(combination, out, m_end);
-      })) {
+bool ShapedTextDecoder::printRepeating(std::size_t index, TextEntries& entries) {
+  TemplatePrinter& printer = m_printers[index];
+  RepeatingTexts& repeating = *m_repeating[index];
+  repeating.combinations.resize(m_rows[index]);
+  repeating.printed.resize(printer.combinationCount());
+  if (!printer.takeCombinations(repeating.combinations)) {
     return false;
   }
-  m_repeating[index]->printed[combination] = {begin, offset() - begin, entries.add(begin)};
+  constexpr std::uint32_t kIsNext = 1;  // a size that no text has
+  std::array<std::uint32_t, TemplateBatch::kMaxRows> batch;
+  std::size_t count = 0;
+  for (const std::uint32_t combination : repeating.combinations) {
+    if (std::uint32_t& size = repeating.printed[combination].size; size == 0) {
+      size = kIsNext;
+      batch[count++] = combination;
+    }
+    if (count == batch.size()) {
+      if (!printNew(printer, batch, entries, repeating.printed)) {
+        return false;
+      }
+      count = 0;
+    }
+  }
+  return printNew(printer, std::span(batch).first(count), entries, repeating.printed);
+}
+
+bool ShapedTextDecoder::printNew(TemplatePrinter& printer,
+                                 std::span<const std::uint32_t> combinations, TextEntries& entries,
+                                 std::vector<PrintedText>& printed) {
+  printer.setNext(combinations);
+  for (const std::uint32_t combination : combinations) {
+    const std::uint32_t begin = offset();
+    if (!addText([&](unsigned char* out) { return printer.printNext(out, m_end); })) {
+      return false;
+    }
+    printed[combination] = {begin, offset() - begin, entries.add(begin)};
+  }
   return true;
 }
 
-// Rows one after another that have this template.
-bool ShapedTextDecoder::addRepeatingRows(std::size_t index, std::size_t firstRow,
-                                         std::span<std::uint32_t> offsets, TextEntries& entries) {
-  RepeatingTexts& repeating = *m_repeating[index];
+ShapedTextDecoder::Run ShapedTextDecoder::runFrom(std::size_t row,
+                                                  std::span<std::uint32_t> offsets) const {
+  if (m_isOneTemplate) {
+    return {row, offsets};
+  }
+  std::size_t end = row + 1;
+  while (end < m_count && m_numbers[end] == m_numbers[row]) {
+    ++end;
+  }
+  return {row, offsets.subspan(row, end - row)};
+}
+
+void ShapedTextDecoder::findRepeating(RepeatingTexts& repeating, const Run& run,
+                                      TextEntries& entries) {
   const std::uint32_t* combinations = repeating.combinations.data() + repeating.next;
-  repeating.next += offsets.size();
+  repeating.next += run.offsets.size();
   std::size_t size = 0;
-  for (std::size_t i = 0; i < offsets.size(); ++i) {
+  for (std::size_t i = 0; i < run.offsets.size(); ++i) {
     const PrintedText& text = repeating.printed[combinations[i]];
-    if (text.size == 0 && !printRepeating(index, combinations[i], entries)) {
-      return false;
-    }
-    offsets[i] = text.offset;
-    entries.setRow(firstRow + i, text.code);
+    run.offsets[i] = text.offset;
+    entries.setRow(run.firstRow + i, text.code);
     size += text.size;
   }
   m_sizeOfRows += size;
+}
+
+// Each row has a text of its own, which add() stores.
+template <typename Add>
+bool ShapedTextDecoder::addEach(const Run& run, TextEntries& entries, Add add) {
+  const std::uint32_t begin = offset();
+  for (std::size_t i = 0; i < run.offsets.size(); ++i) {
+    run.offsets[i] = offset();
+    if (!add()) {
+      return false;
+    }
+    entries.setRow(run.firstRow + i, entries.add(run.offsets[i]));
+  }
+  m_sizeOfRows += offset() - begin;
   return true;
 }
 
-bool ShapedTextDecoder::decode(DecodedTexts& texts) {
-  std::size_t margin = 0;
-  for (const TemplatePrinter& printer : m_printers) {
-    margin = std::max(margin, printer.margin());
+bool ShapedTextDecoder::addRun(std::size_t number, const Run& run, TextEntries& entries) {
+  if (number == nullNumber()) {
+    return addNulls(run, entries);
   }
-  if (!findRepeating()) {
-    return false;
+  if (number == otherNumber()) {
+    return addEach(run, entries, [this] {
+      return addText([this](unsigned char* out) { return copyOther(out); });
+    });
+  }
+  if (m_repeating[number]) {
+    findRepeating(*m_repeating[number], run, entries);
+    return true;
+  }
+  TemplatePrinter& printer = m_printers[number];
+  return addEach(run, entries, [this, &printer] {
+    return printer.hasNext() &&
+           addText([&](unsigned char* out) { return printer.printNext(out, m_end); });
+  });
+}
+
+bool ShapedTextDecoder::decode(DecodedTexts& texts) {
+  m_repeating.resize(m_printers.size());
+  std::size_t margin = kTextMargin;
+  bool anyRepeats = false;
+  for (std::size_t i = 0; i < m_printers.size(); ++i) {
+    margin = std::max(margin, m_printers[i].beginPrinting());
+    if (doesRepeat(i)) {
+      m_repeating[i].emplace();
+      anyRepeats = true;
+    }
   }
   const std::size_t size = m_size + m_count * kLengthSize;
   texts.offsets.resize(m_count);
@@ -290,25 +320,18 @@ bool ShapedTextDecoder::decode(DecodedTexts& texts) {
   m_out = texts.bytes.data();
   m_begin = m_out;
   m_end = m_begin + size;
-  const auto doesRepeat = [](const auto& repeating) { return repeating.has_value(); };
-  TextEntries entries(texts, m_count, std::ranges::any_of(m_repeating, doesRepeat));
-  for (std::size_t row = 0; row < m_count;) {
-    const std::size_t number = m_numbers[m_isOneTemplate ? 0 : row];
-    if (m_repeating[number]) {
-      const std::size_t rows = m_isOneTemplate ? m_count : 1;
-      if (!addRepeatingRows(number, row, std::span(texts.offsets).subspan(row, rows), entries)) {
-        return false;
-      }
-      row += rows;
-      continue;
-    }
-    PrintedText text;
-    if (!addRow(number, entries, text)) {
+  TextEntries entries(texts, m_count, anyRepeats);
+  for (std::size_t i = 0; i < m_printers.size(); ++i) {
+    if (m_repeating[i] && !printRepeating(i, entries)) {
       return false;
     }
-    texts.offsets[row] = text.offset;
-    entries.setRow(row++, text.code);
-    m_sizeOfRows += text.size;
+  }
+  for (std::size_t row = 0; row < m_count;) {
+    const Run run = runFrom(row, texts.offsets);
+    if (!addRun(m_numbers[m_isOneTemplate ? 0 : row], run, entries)) {
+      return false;
+    }
+    row += run.offsets.size();
   }
   texts.bytes.resize(offset());
   return m_sizeOfRows == size;

@@ -1,7 +1,10 @@
 #include "columnar/codecs/shaped_texts.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 
+#include "columnar/codecs/chosen_texts.h"
 #include "columnar/codecs/text_comparison.h"
 #include "columnar/codecs/text_limits.h"
 #include "columnar/codecs/text_values.h"
@@ -9,9 +12,6 @@
 namespace kelvarin {
 
 namespace {
-
-// Texts of fields that are copied as so many bytes, without a call.
-constexpr std::size_t kShortText = 16;
 
 bool hasOneSize(const PieceValues& piece) {
   return piece.isFixed() || piece.step == 0 || (!piece.hasTexts() && piece.printer.hasFixedWidth());
@@ -42,24 +42,6 @@ std::size_t PieceValues::sizeOf(std::size_t index) const {
   return hasTexts() ? loadPacked<std::uint32_t>(text(index)) : printer.sizeOf(number(index));
 }
 
-unsigned char* PieceValues::print(std::size_t index, unsigned char* out) const {
-  if (isFixed()) {
-    return printer.printFixed(out);
-  }
-  if (!hasTexts()) {
-    return printer.printNumber(number(index), out);
-  }
-  const unsigned char* from = text(index);
-  const auto size = loadPacked<std::uint32_t>(from);
-  from += kLengthSize;
-  if (size <= kShortText && endOfTexts - from >= std::ptrdiff_t{kShortText}) [[likely]] {
-    std::memcpy(out, from, kShortText);
-  } else {
-    std::memcpy(out, from, size);
-  }
-  return out + size;
-}
-
 ShapedTexts::ShapedTexts(std::vector<std::vector<PieceValues>> templates,
                          std::vector<std::uint8_t> numbers, DecodedTexts others)
     : m_templates(std::move(templates)),
@@ -83,62 +65,79 @@ ShapedTexts::ShapedTexts(std::vector<std::vector<PieceValues>> templates,
   }
 }
 
-std::size_t ShapedTexts::sizeOf(std::size_t row) const {
-  const std::size_t number = numberOf(row);
-  const std::size_t index = indexOf(row);
-  if (number == nullNumber()) {
-    return kLengthSize;
+// Calls use(first, end, indices of the texts of each template) for as many of the rows as a batch
+// may have.
+template <typename Use>
+void ShapedTexts::forEachBatch(const Rows& rows, Use use) const {
+  std::vector<TextIndices> indices(m_templates.size());
+  for (std::size_t first = 0; first < rows.count; first += TemplateBatch::kMaxRows) {
+    const std::size_t end = std::min(first + TemplateBatch::kMaxRows, rows.count);
+    for (TextIndices& each : indices) {
+      each.count = 0;
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      const std::size_t row = rows.first + rows.offset(i);
+      if (const std::size_t number = numberOf(row); number < indices.size()) {
+        TextIndices& chosen = indices[number];
+        chosen.values[chosen.count++] = static_cast<std::uint32_t>(indexOf(row));
+      }
+    }
+    use(first, end, std::span<const TextIndices>(indices));
   }
-  if (number > nullNumber()) {
-    return kLengthSize +
-           loadPacked<std::uint32_t>(m_others.text(m_others.offsets.size() == 1 ? 0 : index));
-  }
-  std::size_t size = kLengthSize;
-  for (const PieceValues& piece : m_templates[number]) {
-    size += piece.sizeOf(index);
-  }
-  return size;
 }
 
 std::uint64_t ShapedTexts::sizeOf(const Rows& rows) const {
   if (m_sizeOfEach != 0) {
     return m_sizeOfEach * rows.count;
   }
-  std::uint64_t size = 0;
-  for (std::size_t i = 0; i < rows.count; ++i) {
-    size += sizeOf(rows.first + rows.offset(i));
-  }
+  std::uint64_t size = rows.count * kLengthSize;
+  forEachBatch(rows, [&](std::size_t first, std::size_t end, std::span<const TextIndices> indices) {
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+      size += ChosenTexts::sizeOf(m_templates[i], indices[i].all());
+    }
+    if (m_others.offsets.empty()) {
+      return;
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      if (const std::size_t row = rows.first + rows.offset(i); numberOf(row) > nullNumber()) {
+        size += loadPacked<std::uint32_t>(otherOf(row));
+      }
+    }
+  });
   return size;
 }
 
-unsigned char* ShapedTexts::print(std::size_t row, unsigned char* out) const {
-  unsigned char* const text = out + kLengthSize;
-  const std::size_t number = numberOf(row);
-  const std::size_t index = indexOf(row);
-  if (number == nullNumber()) {
-    storePacked(out, kNullLength);
-    return text;
-  }
-  if (number > nullNumber()) {
-    const unsigned char* other = m_others.text(m_others.offsets.size() == 1 ? 0 : index);
-    const std::size_t size = kLengthSize + loadPacked<std::uint32_t>(other);
-    std::memcpy(out, other, size);
-    return out + size;
-  }
-  unsigned char* end = text;
-  for (const PieceValues& piece : m_templates[number]) {
-    end = piece.print(index, end);
-  }
-  storePacked(out, static_cast<std::uint32_t>(end - text));
-  return end;
-}
-
 void ShapedTexts::make(const Rows& rows, unsigned char* bytes, std::uint32_t* positions) const {
-  unsigned char* out = bytes;
-  for (std::size_t i = 0; i < rows.count; ++i) {
-    positions[rows.offset(i)] = static_cast<std::uint32_t>(out - bytes);
-    out = print(rows.first + rows.offset(i), out);
+  std::vector<ChosenTexts> templates;
+  templates.reserve(m_templates.size());
+  for (const std::vector<PieceValues>& pieces : m_templates) {
+    templates.emplace_back(pieces, rows.count);
   }
+  unsigned char* out = bytes;
+  forEachBatch(rows, [&](std::size_t first, std::size_t end, std::span<const TextIndices> indices) {
+    for (std::size_t i = 0; i < templates.size(); ++i) {
+      templates[i].choose(indices[i].all());
+    }
+    for (std::size_t i = first; i < end; ++i) {
+      const std::size_t row = rows.first + rows.offset(i);
+      const std::size_t number = numberOf(row);
+      positions[rows.offset(i)] = static_cast<std::uint32_t>(out - bytes);
+      unsigned char* const text = out + kLengthSize;
+      if (number < templates.size()) {
+        unsigned char* const textEnd = templates[number].printNext(text);
+        storePacked(out, static_cast<std::uint32_t>(textEnd - text));
+        out = textEnd;
+      } else if (number == nullNumber()) {
+        storePacked(out, kNullLength);
+        out = text;
+      } else {
+        const unsigned char* const other = otherOf(row);
+        const std::size_t size = kLengthSize + loadPacked<std::uint32_t>(other);
+        std::memcpy(out, other, size);
+        out += size;
+      }
+    }
+  });
 }
 
 void ShapedTexts::compare(std::string_view bytes, bool isEqualityOnly, std::int8_t ofNull,
@@ -156,7 +155,7 @@ void ShapedTexts::compare(std::string_view bytes, bool isEqualityOnly, std::int8
     } else if (number == nullNumber()) {
       orders[i] = ofNull;
     } else {
-      const unsigned char* other = m_others.text(m_others.offsets.size() == 1 ? 0 : indexOf(row));
+      const unsigned char* other = otherOf(row);
       orders[i] = orderOf(
           {reinterpret_cast<const char*>(other) + kLengthSize, loadPacked<std::uint32_t>(other)},
           bytes);

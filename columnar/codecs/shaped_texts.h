@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "columnar/codecs/piece_printer.h"
+#include "columnar/codecs/template_batch.h"
 #include "columnar/codecs/text_encoding.h"
 
 namespace kelvarin {
@@ -22,9 +23,8 @@ struct PieceValues {
   PiecePrinter printer;
   // Of a field of numbers; a single one where all are the same.
   std::unique_ptr<std::uint64_t[]> numbers;
-  DecodedTexts texts;    // of a field of texts
-  std::size_t step = 0;  // from the value of a text to that of the next one
-  const unsigned char* endOfTexts = nullptr;
+  DecodedTexts texts;         // of a field of texts
+  std::size_t step = 0;       // from the value of a text to that of the next one
   std::uint64_t largest = 0;  // number that the field may have
 
   bool isFixed() const { return printer.kind() == PieceKind::fixed; }
@@ -33,13 +33,12 @@ struct PieceValues {
   const unsigned char* text(std::size_t index) const { return texts.text(index * step); }
 
   std::size_t sizeOf(std::size_t index) const;
-  unsigned char* print(std::size_t index, unsigned char* out) const;
 };
 
 class ShapedTexts {
  public:
   // Behind the memory of the texts that are made there are so many bytes more.
-  static constexpr std::size_t kMargin = PiecePrinter::kOverrun;
+  static constexpr std::size_t kMargin = TemplateBatch::kOverrun;
 
   // Some rows of all texts.
   struct Rows {
@@ -71,8 +70,12 @@ class ShapedTexts {
   std::size_t nullNumber() const { return m_templates.size(); }
   std::size_t numberOf(std::size_t row) const { return m_numbers[m_indices.empty() ? 0 : row]; }
   std::size_t indexOf(std::size_t row) const { return m_indices.empty() ? row : m_indices[row]; }
-  std::size_t sizeOf(std::size_t row) const;
-  unsigned char* print(std::size_t row, unsigned char* out) const;
+  // The text of a row that follows no template.
+  const unsigned char* otherOf(std::size_t row) const {
+    return m_others.text(m_others.offsets.size() == 1 ? 0 : indexOf(row));
+  }
+  template <typename Use>
+  void forEachBatch(const Rows& rows, Use use) const;
 
   const std::vector<std::vector<PieceValues>> m_templates;
   const std::vector<std::uint8_t> m_numbers;  // of each row's template; a single one where it is

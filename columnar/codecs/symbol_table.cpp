@@ -4,7 +4,7 @@
 #include <array>
 #include <bit>
 
-#include <emmintrin.h>
+#include <nmmintrin.h>
 
 namespace kelvarin {
 
@@ -40,6 +40,25 @@ bool decodeAll(HuffmanDecoder& decoder, ByteReader& reader, std::size_t count,
   return decoder.next(values);
 }
 
+// Words of which some first bytes are all the same, and the others those of a sequence.
+class SlidingWord {
+ public:
+  constexpr SlidingWord(unsigned char before, unsigned char first, unsigned char step) {
+    std::fill_n(m_bytes.begin(), sizeof(__m128i), before);
+    for (std::size_t i = sizeof(__m128i); i < m_bytes.size(); ++i) {
+      m_bytes[i] = static_cast<unsigned char>(first + (i - sizeof(__m128i)) * step);
+    }
+  }
+  // The word with so many bytes before the sequence.
+  __m128i operator[](std::size_t count) const {
+    return _mm_loadu_si128(
+        reinterpret_cast<const __m128i_u*>(m_bytes.data() + sizeof(__m128i) - count));
+  }
+
+ private:
+  std::array<unsigned char, 2 * sizeof(__m128i)> m_bytes{};
+};
+
 // Symbols in their order, each beginning with bytes of the one before.
 class StoredSymbols {
  public:
@@ -52,40 +71,54 @@ class StoredSymbols {
     for (const std::uint16_t size : m_sizes) {
       byteCount += size & kOwnMask;
     }
-    return byteCount == 0 || decodeAll(decoder, reader, byteCount, m_bytes);
-  }
-
-  // The next one. False where its size is none that a symbol has.
-  bool decode(bool isEnding, DecodedSymbol& symbol) {
-    const std::size_t shared = m_sizes[m_next] >> kSharedShift;
-    const std::size_t ownSize = m_sizes[m_next] & kOwnMask;
-    const std::size_t size = shared + ownSize;
-    if (shared > m_before.size || size > (isEnding ? kMaxEndingSize : kMaxSymbolSize) ||
-        (size == 0 && !isEnding)) {
+    std::vector<std::uint16_t> bytes;
+    if (byteCount > 0 && !decodeAll(decoder, reader, byteCount, bytes)) {
       return false;
     }
-    std::copy_n(m_before.bytes, shared, symbol.bytes);
-    for (std::size_t i = shared; i < size; ++i) {
-      symbol.bytes[i] = static_cast<unsigned char>(m_bytes[m_nextByte++]);
+    m_bytes.resize(byteCount + sizeof(__m128i));
+    std::copy(bytes.begin(), bytes.end(), m_bytes.begin());
+    m_nextSize = m_sizes.data();
+    m_nextByte = m_bytes.data();
+    return true;
+  }
+
+  // The next ones, all of which end a text or none. False where a size is none that they have.
+  bool decode(bool areEnding, std::span<DecodedSymbol> symbols) {
+    static constexpr SlidingWord kPositions(0x80, 0, 1);  // of bytes behind shared ones
+    static constexpr SlidingWord kBytes(0xFF, 0, 0);      // that count
+    const std::size_t added = areEnding ? kLengthSize : 0;
+    const std::size_t flag = areEnding ? DecodedSymbol::kEnds : 0;
+    const std::size_t minSize = areEnding ? 0 : 1;
+    const std::size_t maxSize = areEnding ? kMaxEndingSize : kMaxSymbolSize;
+    __m128i symbol = m_before;
+    std::size_t sizeBefore = m_sizeBefore;
+    for (DecodedSymbol& to : symbols) {
+      const std::size_t shared = *m_nextSize >> kSharedShift;
+      const std::size_t ownSize = *m_nextSize++ & kOwnMask;
+      const std::size_t size = shared + ownSize;
+      if (shared > sizeBefore || size < minSize || size > maxSize) {
+        return false;
+      }
+      const __m128i own = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(m_nextByte));
+      symbol = _mm_or_si128(_mm_and_si128(symbol, kBytes[shared]),
+                            _mm_and_si128(_mm_shuffle_epi8(own, kPositions[shared]), kBytes[size]));
+      _mm_storeu_si128(reinterpret_cast<__m128i_u*>(to.bytes), symbol);
+      to.bytes[kMaxSymbolSize] = static_cast<unsigned char>((size + added) | flag);
+      m_nextByte += ownSize;
+      sizeBefore = size;
     }
-    symbol.bytes[kMaxSymbolSize] =
-        static_cast<unsigned char>(isEnding ? (size + kLengthSize) | DecodedSymbol::kEnds : size);
-    m_before = {symbol.bytes, size};
-    ++m_next;
+    m_before = symbol;
+    m_sizeBefore = sizeBefore;
     return true;
   }
 
  private:
-  struct Known {
-    const unsigned char* bytes = nullptr;
-    std::size_t size = 0;
-  };
-
   std::vector<std::uint16_t> m_sizes;  // of each symbol, shared and own bytes
-  std::vector<std::uint16_t> m_bytes;  // the own bytes of all symbols
-  std::size_t m_next = 0;
-  std::size_t m_nextByte = 0;
-  Known m_before;  // no symbol before the first one
+  std::vector<unsigned char> m_bytes;  // the own bytes of all symbols, and a margin
+  const std::uint16_t* m_nextSize = nullptr;
+  const unsigned char* m_nextByte = nullptr;
+  __m128i m_before = _mm_setzero_si128();  // no symbol before the first one
+  std::size_t m_sizeBefore = 0;
 };
 
 }  // namespace
@@ -140,13 +173,13 @@ bool readSymbolTable(ByteReader& reader, std::vector<DecodedSymbol>& symbols, bo
   if (count + hasNull > kMaxSymbols || count == 0 || !stored.read(reader, count)) {
     return false;
   }
-  symbols.assign(count + hasNull, DecodedSymbol{});
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!stored.decode(i >= plain, symbols[i])) {
-      return false;
-    }
+  symbols.resize(count + hasNull);
+  const std::span both(symbols.data(), count);
+  if (!stored.decode(false, both.first(plain)) || !stored.decode(true, both.subspan(plain))) {
+    return false;
   }
   if (hasNull) {
+    symbols.back() = {};
     storePacked(symbols.back().bytes, kNullLength);
     symbols.back().bytes[kMaxSymbolSize] = kLengthSize | DecodedSymbol::kEnds;
   }

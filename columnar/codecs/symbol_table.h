@@ -34,8 +34,10 @@ struct DecodedSymbol {
 
   static constexpr unsigned char kEnds = 0x80;
 
-  unsigned step() const { return bytes[sizeof bytes - 1] & 0x1Fu; }
-  unsigned endedTexts() const { return bytes[sizeof bytes - 1] >> 7; }
+  // The last byte, and what it says.
+  unsigned last() const { return bytes[sizeof bytes - 1]; }
+  static unsigned step(unsigned last) { return last & 0x1F; }
+  static unsigned endedTexts(unsigned last) { return last >> 7; }
 };
 
 // Reads a table of symbols; the null text, if there is one, is the last. False where it is damaged.

@@ -62,8 +62,9 @@ bool addUp(ByteReader reader, Totals& totals) {
     const bool isSound =
         stored.take(reader) && stored.forEachBatch([&](std::span<const std::uint16_t> symbols) {
           for (const std::uint16_t symbol : symbols) {
-            totals.bytes += stored.table[symbol].step();
-            totals.rows += stored.table[symbol].endedTexts();
+            const unsigned last = stored.table[symbol].last();
+            totals.bytes += DecodedSymbol::step(last);
+            totals.rows += DecodedSymbol::endedTexts(last);
           }
           return true;
         });
@@ -85,25 +86,26 @@ class TextWriter {
 
   // False when there are more texts or bytes than there should be.
   bool write(std::span<const std::uint16_t> symbols, std::span<const DecodedSymbol> table) {
-    unsigned char* begin = m_texts.bytes.data();
-    unsigned char* out = begin + m_offset;
+    unsigned char* const begin = m_texts.bytes.data() + kLengthSize;
+    std::size_t written = m_written;
     std::uint32_t* offset = m_texts.offsets.data() + m_row + 1;
     for (const std::uint16_t symbol : symbols) {
       const DecodedSymbol& from = table[symbol];
-      std::memcpy(out, from.bytes, sizeof from.bytes);
-      out += from.step();
-      *offset = static_cast<std::uint32_t>(out - begin) - std::uint32_t{kLengthSize};
-      offset += from.endedTexts();
+      const unsigned last = from.last();
+      std::memcpy(begin + written, from.bytes, sizeof from.bytes);
+      written += DecodedSymbol::step(last);
+      *offset = static_cast<std::uint32_t>(written);
+      offset += DecodedSymbol::endedTexts(last);
     }
-    m_offset = static_cast<std::size_t>(out - begin);
+    m_written = written;
     m_row = static_cast<std::size_t>(offset - m_texts.offsets.data()) - 1;
-    m_isEnded = table[symbols.back()].endedTexts() != 0;
-    return m_row <= m_rows && m_offset <= kLengthSize + m_size;
+    m_isEnded = DecodedSymbol::endedTexts(table[symbols.back()].last()) != 0;
+    return m_row <= m_rows && m_written <= m_size;
   }
 
   // Puts the lengths before the texts.
   bool finish(bool hasNull) {
-    if (m_row != m_rows || m_offset != kLengthSize + m_size || !m_isEnded) {
+    if (m_row != m_rows || m_written != m_size || !m_isEnded) {
       return false;
     }
     unsigned char* begin = m_texts.bytes.data();
@@ -128,7 +130,7 @@ class TextWriter {
   std::size_t m_size;
   std::size_t m_rows;
   DecodedTexts& m_texts;
-  std::size_t m_offset = kLengthSize;  // of the next byte
+  std::size_t m_written = 0;  // bytes, the length before the first text left out
   std::size_t m_row = 0;
   bool m_isEnded = false;
 };

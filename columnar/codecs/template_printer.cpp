@@ -1,18 +1,12 @@
 #include "columnar/codecs/template_printer.h"
 
 #include <algorithm>
+#include <array>
 
 #include "columnar/codecs/nested_texts.h"
 #include "columnar/codecs/text_values.h"
 
 namespace kelvarin {
-
-namespace {
-
-// Texts of fields that are copied as so many bytes, without a call.
-constexpr std::size_t kShortText = 16;
-
-}  // namespace
 
 bool TemplatePrinter::takeField(ByteReader& reader, const TemplatePiece& piece, std::size_t rows,
                                 Step& step) {
@@ -23,37 +17,51 @@ bool TemplatePrinter::takeField(ByteReader& reader, const TemplatePiece& piece, 
       return false;
     }
     column.step = column.texts.offsets.size() == 1 ? 0 : 1;
-    column.endOfBytes = column.texts.bytes.data() + column.texts.bytes.size();
-    column.findValues();
     return true;
   }
   step.numbers = &m_numbers.emplace_back();
-  step.largest = largestNumber(piece);
-  return step.numbers->take(reader, rows, step.largest);
+  return step.numbers->take(reader, rows, largestNumber(piece));
 }
 
 bool TemplatePrinter::takeColumns(ByteReader& reader, std::size_t rows) {
+  m_remaining = rows;
   for (const TemplatePiece& piece : m_template.pieces) {
     Step& step = m_steps.emplace_back();
     if (!step.printer.set(piece)) {
       return false;
     }
     if (!piece.isField()) {
-      m_maxPrinted += piece.bytes.size();
       continue;
     }
     if (!takeField(reader, piece, rows, step)) {
       return false;
     }
-    m_maxPrinted += PiecePrinter::kLongestNumber;
-    const std::uint64_t values = valueCount(step);
-    const bool areFew = values <= kMaxCombinations && m_combinationCount <= kMaxCombinations;
-    m_combinationCount = areFew ? m_combinationCount * values : 0;
   }
-  if (m_combinationCount > kMaxCombinations) {
-    m_combinationCount = 0;
-  }
+  countCombinations();
   return true;
+}
+
+// How many values texts have takes a look at all of them, so numbers come first.
+void TemplatePrinter::countCombinations() {
+  m_combinationCount = 1;
+  const auto multiply = [this](const Step& step) {
+    const std::uint64_t values = valueCount(step);
+    m_combinationCount = values <= kMaxCombinations ? m_combinationCount * values : 0;
+    if (m_combinationCount > kMaxCombinations) {
+      m_combinationCount = 0;
+    }
+  };
+  for (const Step& step : m_steps) {
+    if (step.numbers != nullptr) {
+      multiply(step);
+    }
+  }
+  for (const Step& step : m_steps) {
+    if (step.texts != nullptr && m_combinationCount > 0) {
+      step.texts->findValues();
+      multiply(step);
+    }
+  }
 }
 
 // Where all texts together are short, they are few, or one is many times in the column.
@@ -125,77 +133,78 @@ bool TemplatePrinter::takeCombinations(std::span<std::uint32_t> combinations) {
   return true;
 }
 
-unsigned char* TemplatePrinter::printCombination(std::uint32_t combination, unsigned char* out,
-                                                 const unsigned char* end) {
-  for (Step& step : m_steps) {
-    if (step.isField()) {
-      const auto values = static_cast<std::uint32_t>(valueCount(step));
-      const std::uint32_t index = combination % values;
-      combination /= values;
-      step.current =
-          step.numbers != nullptr ? step.numbers->valueOf(index) : step.texts->values[index];
-    }
-  }
-  return printFields(out, end);
-}
-
-// The field's value in the next text.
-bool TemplatePrinter::takeNext(Step& step) {
-  if (step.numbers != nullptr) {
-    if (!step.numbers->hasNext()) {
-      return false;
-    }
-    step.current = step.numbers->number();
-  } else if (step.texts != nullptr) {
-    step.current = step.texts->texts.offsets[step.texts->next];
-    step.texts->next += step.texts->step;
-  }
-  return true;
-}
-
-unsigned char* TemplatePrinter::printCurrent(Step& step, unsigned char* out,
-                                             const unsigned char* end) {
-  if (!step.isField()) {
-    return step.printer.printFixed(out);
-  }
-  if (step.numbers != nullptr) {
-    return step.printer.printNumber(step.current, out);
-  }
-  const unsigned char* text = step.texts->texts.bytes.data() + step.current;
-  const auto size = loadPacked<std::uint32_t>(text);
-  if (out > end || size > static_cast<std::size_t>(end - out)) {
-    return nullptr;
-  }
-  text += sizeof size;
-  if (size <= kShortText && step.texts->endOfBytes - text >= std::ptrdiff_t{kShortText})
-      [[likely]] {
-    std::memcpy(out, text, kShortText);
+void TemplatePrinter::addToBatch(const Step& step) {
+  if (step.texts != nullptr) {
+    m_batch.addTexts(step.texts->texts.bytes.data());
+  } else if (step.hasNumbers()) {
+    m_batch.addNumbers(step.printer, step.numbers->largest());
+  } else if (step.isField()) {
+    m_batch.addFixed(PrintedNumber().print(step.printer, step.numbers->valueOf(0)));
   } else {
-    std::memcpy(out, text, size);
+    m_batch.addFixed(step.printer.fixedBytes());
   }
-  return out + size;
 }
 
-bool TemplatePrinter::takeFields(bool& isSame) {
-  isSame = true;
-  for (Step& step : m_steps) {
-    const std::uint64_t before = step.current;
-    if (!takeNext(step)) {
-      return false;
-    }
-    isSame &= step.current == before;
+std::size_t TemplatePrinter::beginPrinting() {
+  for (const Step& step : m_steps) {
+    addToBatch(step);
   }
-  return true;
+  m_batch.finish(m_remaining);
+  return m_batch.longestText();
 }
 
-unsigned char* TemplatePrinter::printFields(unsigned char* out, const unsigned char* end) {
-  for (Step& step : m_steps) {
-    out = printCurrent(step, out, end);
-    if (out == nullptr) {
-      return nullptr;
+bool TemplatePrinter::loadBatch() {
+  std::size_t rows = std::min(TemplateBatch::kMaxRows, m_remaining);
+  for (const Step& step : m_steps) {
+    if (step.hasNumbers()) {
+      if (!step.numbers->hasNext()) {
+        return false;
+      }
+      rows = std::min(rows, step.numbers->loadedCount());
     }
   }
-  return out;
+  std::size_t field = 0;
+  for (Step& step : m_steps) {
+    if (step.hasNumbers()) {
+      m_batch.setNumbers(field++, step.numbers->loadedNumbers(rows));
+    } else if (TextColumn* column = step.texts; column != nullptr) {
+      m_batch.setTexts(field++, column->texts.offsets.data() + column->next, column->step);
+      column->next += column->step * rows;
+    }
+  }
+  m_remaining -= rows;
+  m_next = 0;
+  m_loaded = rows;
+  return rows > 0;
+}
+
+void TemplatePrinter::setNext(std::span<const std::uint32_t> combinations) {
+  std::array<std::uint32_t, TemplateBatch::kMaxRows> rest;
+  std::array<std::uint64_t, TemplateBatch::kMaxRows> numbers;
+  std::copy(combinations.begin(), combinations.end(), rest.begin());
+  const auto setEach = [&](auto& chosen, const auto& valueOf, std::uint64_t values) {
+    for (std::size_t i = 0; i < combinations.size(); ++i) {
+      chosen[i] = valueOf(rest[i] % static_cast<std::uint32_t>(values));
+      rest[i] /= static_cast<std::uint32_t>(values);
+    }
+  };
+  std::size_t field = 0;
+  for (Step& step : m_steps) {
+    if (step.hasNumbers()) {
+      setEach(
+          numbers, [&](std::uint32_t index) { return step.numbers->valueOf(index); },
+          valueCount(step));
+      m_batch.setNumbers(field++, {numbers.data(), combinations.size()});
+    } else if (TextColumn* column = step.texts; column != nullptr) {
+      column->chosen.resize(TemplateBatch::kMaxRows);
+      setEach(
+          column->chosen, [&](std::uint32_t index) { return column->values[index]; },
+          valueCount(step));
+      m_batch.setTexts(field++, column->chosen.data(), 1);
+    }
+  }
+  m_next = 0;
+  m_loaded = combinations.size();
 }
 
 std::size_t TemplatePrinter::sizeOfNumbers(std::size_t rows) const {
@@ -209,7 +218,7 @@ bool TemplatePrinter::takeNumbers(Step& step, std::size_t rows, PieceValues& pie
   const bool isConstant = step.numbers->isConstant();
   const std::size_t stored = isConstant ? 1 : rows;
   piece.step = isConstant ? 0 : 1;
-  piece.largest = step.largest;
+  piece.largest = step.numbers->largest();
   piece.numbers = std::make_unique_for_overwrite<std::uint64_t[]>(stored);
   for (std::size_t row = 0; row < stored;) {
     const auto numbers = step.numbers->nextNumbers();
@@ -224,9 +233,7 @@ bool TemplatePrinter::takeNumbers(Step& step, std::size_t rows, PieceValues& pie
     size += rows * piece.printer.sizeOf(piece.numbers[0]);
     return true;
   }
-  for (std::size_t row = 0; row < rows; ++row) {
-    size += piece.printer.sizeOf(piece.numbers[row]);
-  }
+  size += piece.printer.sizeOfAll({piece.numbers.get(), rows}, piece.largest);
   return true;
 }
 
@@ -235,7 +242,6 @@ bool TemplatePrinter::takeTexts(Step& step, std::size_t rows, PieceValues& piece
                                 std::uint64_t& size) {
   piece.texts = std::move(step.texts->texts);
   piece.step = step.texts->step;
-  piece.endOfTexts = step.texts->endOfBytes;
   const std::size_t times = piece.step == 0 ? rows : 1;
   for (const std::uint32_t offset : piece.texts.offsets) {
     const auto length = loadPacked<std::uint32_t>(piece.texts.bytes.data() + offset);

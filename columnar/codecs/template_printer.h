@@ -13,6 +13,7 @@
 #include "columnar/codecs/integer_column.h"
 #include "columnar/codecs/piece_printer.h"
 #include "columnar/codecs/shaped_texts.h"
+#include "columnar/codecs/template_batch.h"
 #include "columnar/codecs/text_encoding.h"
 #include "columnar/codecs/text_template.h"
 
@@ -20,18 +21,9 @@ namespace kelvarin {
 
 class TemplatePrinter {
  public:
-  // Behind the end of a text's memory there are so many more bytes that printing may touch.
-  std::size_t margin() const { return m_maxPrinted + PiecePrinter::kOverrun; }
-
   [[nodiscard]] bool takeTemplate(ByteReader& reader) { return m_template.take(reader); }
   // The columns of the fields, for `rows` texts.
   [[nodiscard]] bool takeColumns(ByteReader& reader, std::size_t rows);
-
-  // Reads the fields of the next text; `isSame` is set where they are those of the one before.
-  [[nodiscard]] bool takeFields(bool& isSame);
-  // Prints that text to `out`, at most to `end` and the margin behind it. Returns its end, or
-  // nullptr where a text of a field does not fit.
-  unsigned char* printFields(unsigned char* out, const unsigned char* end);
 
   // Texts that repeat need not be printed again. Where the fields have few values each, the texts
   // can be read as combinations of these instead: all are below combinationCount(), which is 0
@@ -39,8 +31,20 @@ class TemplatePrinter {
   static constexpr std::size_t kMaxCombinations = 1 << 15;
   std::size_t combinationCount() const { return m_combinationCount; }
   [[nodiscard]] bool takeCombinations(std::span<std::uint32_t> combinations);
-  unsigned char* printCombination(std::uint32_t combination, unsigned char* out,
-                                  const unsigned char* end);
+
+  // Before texts are printed. Returns what printing may touch behind their memory, which it fills
+  // up to a given end.
+  std::size_t beginPrinting();
+  // Either all texts are printed in their order, a batch after another: true where there is another
+  // text, unless it is damaged.
+  [[nodiscard]] bool hasNext() { return m_next < m_loaded || loadBatch(); }
+  // Or the next ones are those of up to TemplateBatch::kMaxRows combinations.
+  void setNext(std::span<const std::uint32_t> combinations);
+  // Prints the next text to `out`. Returns its end, or nullptr where a text of a field does not
+  // fit.
+  unsigned char* printNext(unsigned char* out, const unsigned char* end) {
+    return m_batch.print(m_next++, out, end);
+  }
 
   // The numbers of all texts can be taken at once instead, as so many bytes.
   std::size_t sizeOfNumbers(std::size_t rows) const;
@@ -52,12 +56,12 @@ class TemplatePrinter {
   // The texts of a field; a single one where all are the same.
   struct TextColumn {
     DecodedTexts texts;
-    const unsigned char* endOfBytes = nullptr;
     std::size_t next = 0;
     std::size_t step = 1;
     // The different texts, where they are found out: their offsets, and the index of each offset's.
     std::vector<std::uint32_t> values;
     std::vector<std::uint16_t> indices;
+    std::vector<std::uint32_t> chosen;  // offsets of the combinations in the batch
 
     void findValues();
     [[nodiscard]] bool addIndices(std::size_t factor, std::span<std::uint32_t> combinations);
@@ -67,18 +71,19 @@ class TemplatePrinter {
     PiecePrinter printer;
     IntegerColumn* numbers = nullptr;
     TextColumn* texts = nullptr;
-    std::uint64_t largest = 0;  // number of the field
-    std::uint64_t current = 0;  // number of the next text, or offset of its text in the column
 
     bool isField() const { return printer.kind() != PieceKind::fixed; }
+    // The texts differ in these numbers.
+    bool hasNumbers() const { return numbers != nullptr && !numbers->isConstant(); }
   };
 
-  static bool takeNext(Step& step);
   static bool takeNumbers(Step& step, std::size_t rows, PieceValues& piece, std::uint64_t& size);
   static bool takeTexts(Step& step, std::size_t rows, PieceValues& piece, std::uint64_t& size);
+  void countCombinations();
   static std::uint64_t valueCount(const Step& step);
   static bool addIndices(Step& step, std::size_t factor, std::span<std::uint32_t> combinations);
-  static unsigned char* printCurrent(Step& step, unsigned char* out, const unsigned char* end);
+  void addToBatch(const Step& step);
+  [[nodiscard]] bool loadBatch();
   [[nodiscard]] bool takeField(ByteReader& reader, const TemplatePiece& piece, std::size_t rows,
                                Step& step);
 
@@ -86,8 +91,11 @@ class TemplatePrinter {
   std::vector<Step> m_steps;
   std::deque<IntegerColumn> m_numbers;
   std::deque<TextColumn> m_texts;
-  std::size_t m_maxPrinted = 0;  // without the texts of fields
-  std::size_t m_combinationCount = 1;
+  std::size_t m_combinationCount = 0;
+  TemplateBatch m_batch;
+  std::size_t m_remaining = 0;  // texts behind those of the batch
+  std::size_t m_next = 0;       // in the batch
+  std::size_t m_loaded = 0;
 };
 
 }  // namespace kelvarin

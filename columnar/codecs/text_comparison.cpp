@@ -7,18 +7,6 @@ namespace kelvarin {
 
 namespace {
 
-// A number of a field as it is printed.
-class PrintedNumber {
- public:
-  std::string_view print(const PiecePrinter& printer, std::uint64_t number) {
-    const unsigned char* end = printer.printNumber(number, m_bytes);
-    return {reinterpret_cast<const char*>(m_bytes), static_cast<std::size_t>(end - m_bytes)};
-  }
-
- private:
-  unsigned char m_bytes[PiecePrinter::kLongestNumber + PiecePrinter::kOverrun];
-};
-
 // The first number up to `largest` for which `isBehind` is true; the one after all if there is
 // none.
 template <typename IsBehind>

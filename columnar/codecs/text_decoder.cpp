@@ -36,10 +36,9 @@ struct StoredTexts {
 
 // Writes each text with its length before it. `offsets` has an element for each.
 void decodeStored(const StoredTexts& stored, ByteBuffer& decoded, std::uint32_t* offsets) {
-  // Short texts are copied as 16 bytes, so both ends need a margin.
-  constexpr std::size_t kShort = 16;
+  constexpr std::size_t kShort = 16;  // copied as so many bytes
   const std::size_t size = stored.count * kLengthSize + stored.bytes.size();
-  decoded.resize(size + kShort);
+  decoded.resize(size + kTextMargin);
   unsigned char* out = decoded.data();
   const unsigned char* in = stored.bytes.data();
   const unsigned char* end = in + stored.bytes.size();

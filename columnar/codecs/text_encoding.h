@@ -35,7 +35,7 @@ enum class TextForm : std::uint8_t {
 // Texts in the form that rows point to: a 32-bit length, then the bytes. Several rows may share
 // one.
 struct DecodedTexts {
-  ByteBuffer bytes;
+  ByteBuffer bytes;  // in memory with kTextMargin bytes behind them
   // For each row, the offset of its text in `bytes`; a single one where all rows have the same
   // text.
   std::vector<std::uint32_t> offsets;

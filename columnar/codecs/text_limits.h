@@ -11,6 +11,9 @@ namespace kelvarin {
 
 // Of the length that stands before each decoded text.
 inline constexpr std::size_t kLengthSize = sizeof(std::uint32_t);
+// Behind decoded texts there are so many bytes more that may be read, so that short ones can be
+// copied without a look at their size.
+inline constexpr std::size_t kTextMargin = 32;
 // Of shaped texts.
 inline constexpr std::size_t kMaxTemplates = 16;
 
