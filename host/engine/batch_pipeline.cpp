@@ -22,7 +22,7 @@ constexpr std::size_t kResultBytesForAThread = 16 << 20;
 class BatchPipeline::Task final : public PoolTask {
  public:
   explicit Task(BatchPipeline& pipeline)
-      : m_pipeline(pipeline), m_mayWait(pipeline.m_chain.source->mayWait()) {}
+      : m_pipeline(pipeline), m_mayWait(!pipeline.m_chain.source->hasUnitReady()) {}
   Task(BatchPipeline& pipeline, RowBatchPointer batch, BatchTrailPointer trail, long long firstRow)
       : m_pipeline(pipeline), m_firstRow(firstRow) {
     result->batch = std::move(batch);
