@@ -14,6 +14,10 @@
 
 namespace kelvarin {
 
+inline bool isAligned(const void* address, std::size_t size) {
+  return reinterpret_cast<std::uintptr_t>(address) % size == 0;
+}
+
 // Some rows of an array, which are numbered from 0.
 struct ArraySlice {
   const ArrowArray& array;
