@@ -1,6 +1,7 @@
 #include "host/engine/batch_pipeline.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <utility>
 
@@ -55,7 +56,7 @@ class BatchPipeline::Task final : public PoolTask {
   // Written before isDone, which the pipeline's mutex guards.
   std::unique_ptr<Result> result = std::make_unique<Result>();
   bool isEnd = false;  // there was no unit
-  bool isDone = false;
+  std::atomic<bool> isDone{false};
   std::size_t bytes = 0;        // of what it was made of
   std::size_t resultBytes = 0;  // until it is done, those of an earlier one
 
@@ -136,7 +137,7 @@ BatchPipeline::~BatchPipeline() {
   }
   m_changed.wait(lock, [this] {
     return std::all_of(m_window.begin(), m_window.end(),
-                       [](const std::shared_ptr<Task>& task) { return task->isDone; });
+                       [](const std::shared_ptr<Task>& task) { return task->isDone.load(); });
   });
 }
 
@@ -203,6 +204,18 @@ void BatchPipeline::setHeld(bool isHeld) {
   m_isHeld = isHeld;
 }
 
+// With the mutex locked. The task may take longer.
+void BatchPipeline::waitFor(const Task& task, std::unique_lock<std::mutex>& lock) {
+  const CurrentAction nobody(nullptr);
+  lock.unlock();
+  const bool isDone = m_wait.look([&] { return task.isDone.load(); });
+  lock.lock();
+  if (!isDone) {
+    m_changed.wait_for(lock, kBetweenLooks, [&] { return task.isDone.load(); });
+    m_wait.noteEnd();
+  }
+}
+
 std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<bool()>& mayWait) {
   std::unique_lock lock(m_mutex);
   if (m_window.empty()) {
@@ -226,9 +239,8 @@ std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<b
       hasWorked = m_pool.runOne();
     }
     lock.lock();
-    if (!hasWorked) {
-      const CurrentAction nobody(nullptr);
-      m_changed.wait_for(lock, kBetweenLooks, [&] { return oldest->isDone; });
+    if (!hasWorked && !oldest->isDone) {
+      waitFor(*oldest, lock);
     }
     if (!oldest->isDone && !mayWait()) {
       return nullptr;

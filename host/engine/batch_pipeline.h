@@ -78,10 +78,12 @@ class BatchPipeline {
   std::shared_ptr<Task> arm();
   std::size_t maxUnits() const;
   void addToWindow(std::shared_ptr<Task> task);
+  void waitFor(const Task& task, std::unique_lock<std::mutex>& lock);
 
   TaskPool& m_pool;
   const Chain m_chain;
   const std::vector<int> m_outputPins;
+  ShortWait m_wait;  // of the engine thread
 
   mutable std::mutex m_mutex;  // guards all members below
   std::condition_variable m_changed;
