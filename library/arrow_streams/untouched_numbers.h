@@ -1,7 +1,7 @@
 // Numbers that nobody looks at between the array that they came in and the one that they leave in:
 // values and nulls stay what they were, and are shared.
 //
-// Used by: stream_reader.cpp, exported_batch.cpp.
+// Used by: imported_batch.cpp, exported_batch.cpp.
 // Threads: any. Errors: std::bad_alloc.
 #pragma once
 
