@@ -5,23 +5,36 @@
 namespace kelvarin {
 
 TaskPool::~TaskPool() {
-  m_threads.clear();
+  {
+    const std::lock_guard lock(m_mutex);
+    m_isEnding = true;
+    ++m_changes;
+  }
+  m_changed.notify_all();
+  for (std::thread& thread : m_threads) {
+    thread.join();
+  }
 }
 
 void TaskPool::start() {
   m_threads.reserve(static_cast<std::size_t>(m_threadCount));
   for (int i = 0; i < m_threadCount; ++i) {
-    m_threads.emplace_back([this](const std::stop_token& stop) { work(stop); });
+    m_threads.emplace_back([this] { work(); });
   }
 }
 
 void TaskPool::submit(std::shared_ptr<PoolTask> task) {
   std::call_once(m_start, [this] { start(); });
+  bool isLookedFor = false;
   {
     const std::lock_guard lock(m_mutex);
     m_tasks.push_back(std::move(task));
+    ++m_changes;
+    isLookedFor = m_isLooking && m_tasks.size() == 1;
   }
-  m_changed.notify_one();
+  if (!isLookedFor) {
+    m_changed.notify_one();
+  }
 }
 
 bool TaskPool::runOne() {
@@ -59,13 +72,15 @@ bool TaskPool::hasTask(Kind kind) const {
                                          [](const auto& task) { return task->mayWait(); });
 }
 
-void TaskPool::work(const std::stop_token& stop) {
+void TaskPool::work() {
   if (m_begin) {
     m_begin();
   }
+  ShortWait wait;
   std::unique_lock lock(m_mutex);
-  while (m_changed.wait(lock, stop, [this] { return hasTask(kindForThread()); })) {
-    if (stop.stop_requested()) {
+  for (;;) {
+    waitForTask(lock, wait);
+    if (m_isEnding) {
       return;
     }
     const std::shared_ptr<PoolTask> task = takeClaimed(kindForThread());
@@ -78,6 +93,26 @@ void TaskPool::work(const std::stop_token& stop) {
     task->run();
     lock.lock();
     m_atWork -= computing;
+  }
+}
+
+// With the mutex locked. One thread at most looks, so that few processors are busy with it.
+void TaskPool::waitForTask(std::unique_lock<std::mutex>& lock, ShortWait& wait) {
+  const auto isOver = [this] { return m_isEnding || hasTask(kindForThread()); };
+  if (isOver()) {
+    return;
+  }
+  if (!m_isLooking) {
+    m_isLooking = true;
+    const unsigned changes = m_changes;
+    lock.unlock();
+    wait.look([&] { return m_changes.load(std::memory_order_relaxed) != changes; });
+    lock.lock();
+    m_isLooking = false;
+  }
+  if (!isOver()) {
+    m_changed.wait(lock, isOver);
+    wait.noteEnd();
   }
 }
 

@@ -15,10 +15,11 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <stop_token>
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "base/short_wait.h"
 
 namespace kelvarin {
 
@@ -54,7 +55,8 @@ class TaskPool {
 
  private:
   void start();
-  void work(const std::stop_token& stop);
+  void work();
+  void waitForTask(std::unique_lock<std::mutex>& lock, ShortWait& wait);
   // Which tasks a thread may begin.
   enum class Kind { any, thatCompute, thatMayWait };
   std::shared_ptr<PoolTask> takeClaimed(Kind kind);
@@ -65,11 +67,14 @@ class TaskPool {
   const int m_maxAtWork;
   const std::function<void()> m_begin;
   std::once_flag m_start;
-  std::mutex m_mutex;  // guards m_tasks and m_atWork
-  std::condition_variable_any m_changed;
+  std::mutex m_mutex;  // guards what follows
+  std::condition_variable m_changed;
   std::deque<std::shared_ptr<PoolTask>> m_tasks;
-  int m_atWork = 0;                     // threads of the pool that compute
-  std::vector<std::jthread> m_threads;  // use all of the above
+  int m_atWork = 0;          // threads of the pool that compute
+  bool m_isLooking = false;  // one of them does, for the next task
+  bool m_isEnding = false;
+  std::atomic<unsigned> m_changes{0};  // counted; read without the mutex, too
+  std::vector<std::thread> m_threads;  // use all of the above
 };
 
 }  // namespace kelvarin

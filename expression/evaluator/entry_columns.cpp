@@ -130,7 +130,7 @@ EntryColumns::Numbers EntryColumns::numbersOf(const NumberSource& source) const 
 
 void EntryColumns::compare(const EntryProgram& entries, std::size_t variable,
                            const BatchColumn& column, Output& chosen) const {
-  const LateTexts::Rows rows{column.firstLateText(), m_batch.selection(), m_batch.rowCount()};
+  const LateTexts::Rows rows{column.firstLate(), m_batch.selection(), m_batch.rowCount()};
   for (std::size_t i = 0; i < entries.comparisons().size(); ++i) {
     const EntryProgram::Comparison& comparison = entries.comparisons()[i];
     if (comparison.variable == variable) {

@@ -67,6 +67,8 @@ class KELVARIN_CORE BatchSource {
   virtual void allowLateTexts() {}
   // readUnit() may wait for another program, which then needs a thread of its own.
   virtual bool mayWait() const { return false; }
+  // While nobody reads: the next unit comes without waiting.
+  virtual bool hasUnitReady() const { return !mayWait(); }
 };
 
 // What a stage has counted in a result; its action knows the type.

@@ -15,11 +15,15 @@ struct MadeTexts {
 }  // namespace
 
 LateTexts::~LateTexts() = default;
+LateNumbers::~LateNumbers() = default;
 
 BatchColumn columnWithTexts(const BatchColumn& column, std::size_t storedRows,
                             const std::uint32_t* selection, std::size_t rowCount) {
   if (!column.isLate()) {
     return column;
+  }
+  if (column.lateNumbers() != nullptr) {
+    return column.lateNumbers()->make(column.firstLate(), storedRows);
   }
   auto made = std::make_shared<MadeTexts>();
   // The first text is that of all rows that are not selected.
@@ -27,7 +31,7 @@ BatchColumn columnWithTexts(const BatchColumn& column, std::size_t storedRows,
                         ? std::make_unique_for_overwrite<std::uint32_t[]>(storedRows)
                         : std::make_unique<std::uint32_t[]>(storedRows);
   std::size_t size = 0;
-  made->bytes = column.lateTexts()->make({column.firstLateText(), selection, rowCount},
+  made->bytes = column.lateTexts()->make({column.firstLate(), selection, rowCount},
                                          made->positions.get(), size);
   const unsigned char* bytes = made->bytes.get();
   const std::uint32_t* positions = made->positions.get();

@@ -2,7 +2,8 @@
 // of identifiers, until somebody needs them.
 //
 // A source may give such columns to a filter, which compares the texts as they are kept and has
-// those of its rows made; everybody else gets columns with texts.
+// those of its rows made; everybody else gets columns with texts. Numbers that no expression needs
+// may be kept so all the way to a sink that can write them as they are.
 // Threads: any; read-only once they are made.
 #pragma once
 
@@ -39,8 +40,16 @@ class KELVARIN_CORE LateTexts {
                        const Rows& rows, std::int8_t* orders) const = 0;
 };
 
-// The column with the texts of these rows; itself where they are not late. Stored rows that are not
-// selected get any text.
+// Numbers of a column that are kept as another library has them.
+class KELVARIN_CORE LateNumbers {
+ public:
+  virtual ~LateNumbers();
+  // The column of `count` of them.
+  virtual BatchColumn make(std::size_t first, std::size_t count) const = 0;
+};
+
+// The column with the texts or numbers of these rows; itself where they are not late. Stored rows
+// that are not selected get any text.
 KELVARIN_CORE BatchColumn columnWithTexts(const BatchColumn& column, std::size_t storedRows,
                                           const std::uint32_t* selection, std::size_t rowCount);
 // The same for each column.
@@ -49,7 +58,7 @@ KELVARIN_CORE std::vector<BatchColumn> columnsWithTexts(const std::vector<BatchC
                                                         const std::uint32_t* selection,
                                                         std::size_t rowCount);
 KELVARIN_CORE bool hasLateTexts(const RowBatch& batch);
-// The batch itself where no texts are late; null stays null.
+// The batch itself where no column is late; null stays null.
 KELVARIN_CORE RowBatchPointer withTexts(RowBatchPointer batch);
 
 }  // namespace kelvarin

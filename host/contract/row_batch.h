@@ -28,10 +28,12 @@ struct BatchDictionary {
   bool isThere() const { return codes != nullptr; }
 };
 
+class LateNumbers;
 class LateTexts;
 
 // The values of one column, in the bytes of column_bytes.h: numbers and keys one after another,
-// texts at positions in a buffer. Between a source and a filter texts may be late (late_texts.h).
+// texts at positions in a buffer. Values that few actions look at may be late, as texts are between
+// a source and a filter (late_texts.h).
 class BatchColumn {
  public:
   // `owner` keeps the values alive.
@@ -56,15 +58,28 @@ class BatchColumn {
     const LateTexts* late = texts.get();
     BatchColumn column(type, std::move(texts), nullptr, nullptr, size);
     column.m_lateTexts = late;
-    column.m_firstLateText = first;
+    column.m_firstLate = first;
+    return column;
+  }
+
+  // The same of numbers.
+  static BatchColumn ofLateNumbers(std::shared_ptr<const LateNumbers> numbers, std::size_t first) {
+    const LateNumbers* late = numbers.get();
+    BatchColumn column(MetaTypeColumn::number, std::move(numbers), nullptr, nullptr, 0);
+    column.m_lateNumbers = late;
+    column.m_firstLate = first;
     return column;
   }
 
   MetaTypeColumn type() const { return m_type; }
-  bool isLate() const { return m_lateTexts != nullptr; }
+  bool isLate() const { return m_lateTexts != nullptr || m_lateNumbers != nullptr; }
   const LateTexts* lateTexts() const { return m_lateTexts; }
-  // Of the first stored row.
-  std::size_t firstLateText() const { return m_firstLateText; }
+  const LateNumbers* lateNumbers() const { return m_lateNumbers; }
+  // Of the first stored row, among the late values.
+  std::size_t firstLate() const { return m_firstLate; }
+  // It is known that no value is missing.
+  bool isComplete() const { return m_isComplete; }
+  void setComplete() { m_isComplete = true; }
   const double* numbers() const { return reinterpret_cast<const double*>(m_values); }
   const std::uint32_t* keys() const { return reinterpret_cast<const std::uint32_t*>(m_values); }
   const unsigned char* textBytes() const { return m_values; }
@@ -86,7 +101,7 @@ class BatchColumn {
   BatchColumn from(std::size_t storedRow) const {
     BatchColumn rest = *this;
     if (isLate()) {
-      rest.m_firstLateText += storedRow;
+      rest.m_firstLate += storedRow;
     } else if (m_positions != nullptr) {
       rest.m_positions += storedRow;
       rest.m_dictionary.codes += m_dictionary.isThere() ? storedRow : 0;
@@ -106,12 +121,14 @@ class BatchColumn {
         m_owner(std::move(owner)) {}
 
   MetaTypeColumn m_type;
+  bool m_isComplete = false;
   const unsigned char* m_values;
   const std::uint32_t* m_positions;  // null for numbers and keys
   std::size_t m_textSize;
   BatchDictionary m_dictionary;
   const LateTexts* m_lateTexts = nullptr;
-  std::size_t m_firstLateText = 0;
+  const LateNumbers* m_lateNumbers = nullptr;
+  std::size_t m_firstLate = 0;
   std::shared_ptr<const void> m_owner;
 };
 

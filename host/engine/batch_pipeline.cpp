@@ -1,6 +1,7 @@
 #include "host/engine/batch_pipeline.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <utility>
 
@@ -22,7 +23,7 @@ constexpr std::size_t kResultBytesForAThread = 16 << 20;
 class BatchPipeline::Task final : public PoolTask {
  public:
   explicit Task(BatchPipeline& pipeline)
-      : m_pipeline(pipeline), m_mayWait(pipeline.m_chain.source->mayWait()) {}
+      : m_pipeline(pipeline), m_mayWait(!pipeline.m_chain.source->hasUnitReady()) {}
   Task(BatchPipeline& pipeline, RowBatchPointer batch, BatchTrailPointer trail, long long firstRow)
       : m_pipeline(pipeline), m_firstRow(firstRow) {
     result->batch = std::move(batch);
@@ -55,7 +56,7 @@ class BatchPipeline::Task final : public PoolTask {
   // Written before isDone, which the pipeline's mutex guards.
   std::unique_ptr<Result> result = std::make_unique<Result>();
   bool isEnd = false;  // there was no unit
-  bool isDone = false;
+  std::atomic<bool> isDone{false};
   std::size_t bytes = 0;        // of what it was made of
   std::size_t resultBytes = 0;  // until it is done, those of an earlier one
 
@@ -138,7 +139,7 @@ BatchPipeline::~BatchPipeline() {
   }
   m_changed.wait(lock, [this] {
     return std::all_of(m_window.begin(), m_window.end(),
-                       [](const std::shared_ptr<Task>& task) { return task->isDone; });
+                       [](const std::shared_ptr<Task>& task) { return task->isDone.load(); });
   });
 }
 
@@ -206,6 +207,20 @@ void BatchPipeline::setHeld(bool isHeld) {
   m_isHeld = isHeld;
 }
 
+// With the mutex locked. Until the task is done or another one can be begun; not for long.
+void BatchPipeline::waitFor(const Task& task, std::size_t armedCount,
+                            std::unique_lock<std::mutex>& lock) {
+  const CurrentAction nobody(nullptr);
+  const auto isOver = [&] { return task.isDone || m_armedCount != armedCount; };
+  lock.unlock();
+  const bool wasShort = m_wait.look(isOver);
+  lock.lock();
+  if (!wasShort) {
+    m_changed.wait_for(lock, kBetweenLooks, isOver);
+    m_wait.noteEnd();
+  }
+}
+
 std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<bool()>& mayWait) {
   std::unique_lock lock(m_mutex);
   if (m_window.empty()) {
@@ -230,10 +245,8 @@ std::unique_ptr<BatchPipeline::Result> BatchPipeline::next(const std::function<b
       hasWorked = m_pool.runOne();
     }
     lock.lock();
-    if (!hasWorked) {
-      const CurrentAction nobody(nullptr);
-      m_changed.wait_for(lock, kBetweenLooks,
-                         [&] { return oldest->isDone || m_armedCount != armedCount; });
+    if (!hasWorked && !oldest->isDone) {
+      waitFor(*oldest, armedCount, lock);
     }
     if (!oldest->isDone && !mayWait()) {
       return nullptr;

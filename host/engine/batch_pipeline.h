@@ -9,6 +9,7 @@
 // Errors: an exception of a task comes with its result.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -78,10 +79,12 @@ class BatchPipeline {
   std::shared_ptr<Task> arm();
   std::size_t maxUnits() const;
   void addToWindow(std::shared_ptr<Task> task);
+  void waitFor(const Task& task, std::size_t armedCount, std::unique_lock<std::mutex>& lock);
 
   TaskPool& m_pool;
   const Chain m_chain;
   const std::vector<int> m_outputPins;
+  ShortWait m_wait;  // of the engine thread
 
   mutable std::mutex m_mutex;  // guards all members below
   std::condition_variable m_changed;
@@ -89,7 +92,7 @@ class BatchPipeline {
   std::size_t m_bytesAlive = 0;                // of what is worked on, as it was before
   std::size_t m_resultBytesAlive = 0;          // of what has come out, and is expected to
   std::size_t m_bytesOfLastResult = 0;
-  std::size_t m_armedCount = 0;  // tasks that read units, all that there were
+  std::atomic<std::size_t> m_armedCount{0};  // tasks that read units, all that there were
   bool m_hasResult = false;
   bool m_isReading = false;  // a task that has not read its unit is in the window
   bool m_isDry = false;      // the source has no more units for now

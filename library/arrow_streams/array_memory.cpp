@@ -1,6 +1,7 @@
 #include "library/arrow_streams/array_memory.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <utility>
 #include <vector>
@@ -90,11 +91,36 @@ class ArrayMemory::Piece {
 
 std::shared_ptr<void> ArrayMemory::allocateBytes(std::size_t column, std::size_t size) {
   const std::lock_guard lock(m_mutex);
+  Column& taken = columnAt(column);
+  return *taken.kept < kFewBytes ? smallBytes(taken, size) : partOfPiece(taken, size);
+}
+
+std::shared_ptr<const void> ArrayMemory::keepBytes(std::size_t column,
+                                                   std::shared_ptr<const void> owner,
+                                                   const void* bytes, std::size_t size) {
+  std::shared_ptr<void> copy;
+  {
+    const std::lock_guard lock(m_mutex);
+    Column& taken = columnAt(column);
+    if (*taken.kept < kFewBytes) {
+      *taken.kept += size;
+      return {bytes, [owner = std::move(owner), kept = taken.kept, size](const void*) mutable {
+                owner.reset();
+                *kept -= size;
+              }};
+    }
+    copy = partOfPiece(taken, size);
+  }
+  std::memcpy(copy.get(), bytes, size);
+  return copy;
+}
+
+// With the mutex locked.
+ArrayMemory::Column& ArrayMemory::columnAt(std::size_t column) {
   if (column >= m_columns.size()) {
     m_columns.resize(column + 1);
   }
-  Column& taken = m_columns[column];
-  return *taken.kept < kFewBytes ? smallBytes(taken, size) : partOfPiece(taken, size);
+  return m_columns[column];
 }
 
 std::shared_ptr<void> ArrayMemory::smallBytes(const Column& column, std::size_t size) {

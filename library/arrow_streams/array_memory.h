@@ -25,6 +25,15 @@ class ArrayMemory {
     const std::shared_ptr<void> bytes = allocateBytes(column, count * sizeof(Value));
     return {bytes, static_cast<Value*>(bytes.get())};
   }
+  // For an array, values that lie in memory of the heap, which `owner` keeps: they stay there where
+  // little of the column is kept, else they are copied while they are in the processor's cache.
+  template <typename Value>
+  std::shared_ptr<const Value[]> keep(std::size_t column, std::shared_ptr<const void> owner,
+                                      const Value* values, std::size_t count) {
+    const std::shared_ptr<const void> bytes =
+        keepBytes(column, std::move(owner), values, count * sizeof(Value));
+    return {bytes, static_cast<const Value*>(bytes.get())};
+  }
 
  private:
   using ByteCount = std::atomic<std::size_t>;
@@ -36,6 +45,9 @@ class ArrayMemory {
   };
 
   std::shared_ptr<void> allocateBytes(std::size_t column, std::size_t size);
+  std::shared_ptr<const void> keepBytes(std::size_t column, std::shared_ptr<const void> owner,
+                                        const void* bytes, std::size_t size);
+  Column& columnAt(std::size_t column);
   static std::shared_ptr<void> smallBytes(const Column& column, std::size_t size);
   static std::shared_ptr<void> partOfPiece(Column& column, std::size_t size);
 

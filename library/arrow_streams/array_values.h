@@ -1,7 +1,7 @@
 // The values of an Arrow array one by one, straight from its buffers.
 //
 // Buffers of other libraries need not be aligned, so values are read by copies of their bytes.
-// Used by: imported_numbers.cpp, imported_texts.cpp.
+// Used by: imported_batch.cpp, imported_numbers.cpp, imported_texts.cpp, untouched_numbers.cpp.
 // Threads: any.
 #pragma once
 
@@ -13,6 +13,10 @@
 #include "library/arrow_streams/arrow_type.h"
 
 namespace kelvarin {
+
+inline bool isAligned(const void* address, std::size_t size) {
+  return reinterpret_cast<std::uintptr_t>(address) % size == 0;
+}
 
 // Some rows of an array, which are numbered from 0.
 struct ArraySlice {

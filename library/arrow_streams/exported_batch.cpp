@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "host/contract/late_texts.h"
 #include "library/arrow_streams/exported_texts.h"
+#include "library/arrow_streams/untouched_numbers.h"
 
 namespace kelvarin {
 
@@ -10,7 +12,8 @@ namespace {
 
 template <typename Value>
 std::unique_ptr<ExportedColumn> exportedValues(const RowBatch& batch, std::size_t index,
-                                               const Value* values, ArrayMemory& memory) {
+                                               const BatchColumn& column, const Value* values,
+                                               bool isCopied, ArrayMemory& memory) {
   auto made = std::make_unique<ExportedColumn>();
   const Value* rows = values;
   if (const std::uint32_t* selection = batch.selection()) {
@@ -20,32 +23,45 @@ std::unique_ptr<ExportedColumn> exportedValues(const RowBatch& batch, std::size_
     }
     rows = gathered.get();
     made->owner = std::move(gathered);
+  } else if (isCopied) {
+    auto kept = memory.keep(index, column.owner(), values, batch.rowCount());
+    rows = kept.get();
+    made->owner = std::move(kept);
   } else {
-    made->owner = batch.column(index).owner();
+    made->owner = column.owner();
   }
-  addNulls(rows, batch.rowCount(), made->nulls);
+  if (!column.isComplete()) {
+    addNulls(rows, batch.rowCount(), made->nulls);
+  }
   made->buffers = {rows};
   return made;
 }
 
 std::unique_ptr<ExportedColumn> exportedColumn(const RowBatch& batch, std::size_t index,
-                                               TextFormat format, ArrayMemory& memory) {
-  const BatchColumn& column = batch.column(index);
+                                               const BatchForm& form, ArrayMemory& memory) {
+  const BatchColumn& given = batch.column(index);
+  const auto* untouched = dynamic_cast<const UntouchedNumbers*>(given.lateNumbers());
+  if (untouched != nullptr && batch.selection() == nullptr) {
+    return untouched->exported(given.firstLate(), batch.rowCount());
+  }
+  const BatchColumn column =
+      columnWithTexts(given, batch.storedRows(), batch.selection(), batch.rowCount());
+  const bool isCopied = index < form.copied.size() && form.copied[index];
   switch (column.type()) {
     case MetaTypeColumn::number:
-      return exportedValues(batch, index, column.numbers(), memory);
+      return exportedValues(batch, index, column, column.numbers(), isCopied, memory);
     case MetaTypeColumn::key:
-      return exportedValues(batch, index, column.keys(), memory);
+      return exportedValues(batch, index, column, column.keys(), isCopied, memory);
     default:
-      return exportedTexts(batch, index, format, memory);
+      return exportedTexts(batch, index, form.texts, memory);
   }
 }
 
-OwnedArray exportedRows(const RowBatch& batch, TextFormat format, ArrayMemory& memory) {
+OwnedArray exportedRows(const RowBatch& batch, const BatchForm& form, ArrayMemory& memory) {
   std::vector<std::unique_ptr<ExportedColumn>> columns;
   columns.reserve(batch.columnCount());
   for (std::size_t i = 0; i < batch.columnCount(); ++i) {
-    columns.push_back(exportedColumn(batch, i, format, memory));
+    columns.push_back(exportedColumn(batch, i, form, memory));
   }
   return arrayOfTable(std::move(columns), batch.rowCount());
 }
@@ -58,7 +74,7 @@ void exportRows(const RowBatch& batch, const BatchForm& form, ArrayMemory& memor
     exportRows(*batch.slice(half, batch.rowCount()), form, memory, arrays);
     return;
   }
-  arrays.push_back(exportedRows(batch, form.texts, memory));
+  arrays.push_back(exportedRows(batch, form, memory));
 }
 
 }  // namespace

@@ -24,6 +24,8 @@ enum class TextFormat { views, utf8, largeUtf8 };
 struct BatchForm {
   TextFormat texts = TextFormat::views;
   std::size_t mostRows = SIZE_MAX;  // of an array
+  // Columns whose values are copied into the memory of arrays where these keep many; empty: none.
+  std::vector<bool> copied = {};
 };
 
 // One array, or several where the form wants smaller ones or texts need more offsets.

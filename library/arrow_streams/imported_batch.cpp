@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "library/arrow_streams/imported_values.h"
+#include "library/arrow_streams/untouched_numbers.h"
 
 namespace kelvarin {
 
@@ -107,6 +108,18 @@ Result<ConvertedArray> ImportedBatch::column(std::size_t index, MetaTypeColumn t
   DictionaryCell& cell = m_dictionaries[index];
   std::call_once(cell.once, [&] { cell.texts = importDictionary(values, from); });
   return importCodes(rows, from, tally, owner, cell.texts);
+}
+
+std::shared_ptr<const LateNumbers> ImportedBatch::untouched(std::size_t index, MetaTypeColumn type,
+                                                            std::int64_t begin, std::int64_t end) {
+  const ArrowType& from = m_types[index];
+  const ArraySlice slice =
+      sliceOf(*m_array.children[index], m_array.offset + begin, m_array.offset + end);
+  if (type != MetaTypeColumn::number || from.kind != ArrowKind::float64 || from.isDictionary() ||
+      !isAligned(slice.bytesAt(0, sizeof(double)), alignof(double))) {
+    return nullptr;
+  }
+  return std::make_shared<const UntouchedNumbers>(slice, shared_from_this());
 }
 
 }  // namespace kelvarin

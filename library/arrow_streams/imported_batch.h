@@ -43,6 +43,9 @@ class ImportedBatch : public std::enable_shared_from_this<ImportedBatch> {
   // `type` is one of columnTypesOf(). The error is that of a dictionary's code.
   Result<ConvertedArray> column(std::size_t index, MetaTypeColumn type, std::int64_t begin,
                                 std::int64_t end, ColumnTally& tally);
+  // The same column where its values can leave as they are; else null.
+  std::shared_ptr<const LateNumbers> untouched(std::size_t index, MetaTypeColumn type,
+                                               std::int64_t begin, std::int64_t end);
 
  private:
   ImportedBatch(ArrowArray& array, const std::vector<ArrowType>& types);

@@ -65,8 +65,9 @@ ConvertedArray numbersOfIntegers(const ArrayRows& rows, ColumnTally& tally) {
       [&](std::int64_t at) { return std::to_string(rows.values.at<Integer>(at)); });
 }
 
-bool isAligned(const void* address, std::size_t size) {
-  return reinterpret_cast<std::uintptr_t>(address) % size == 0;
+BatchColumn complete(BatchColumn column) {
+  column.setComplete();
+  return column;
 }
 
 ConvertedArray numbersOfDoubles(const ArrayRows& rows, ColumnTally& tally,
@@ -75,7 +76,7 @@ ConvertedArray numbersOfDoubles(const ArrayRows& rows, ColumnTally& tally,
   if (rows.isPlain() && isAligned(bytes, sizeof(double))) {
     const auto* numbers = reinterpret_cast<const double*>(bytes);
     if (!hasNaN(numbers, static_cast<std::size_t>(rows.rows.count))) {
-      return {BatchColumn::ofNumbers(owner, numbers), std::nullopt};
+      return {complete(BatchColumn::ofNumbers(owner, numbers)), std::nullopt};
     }
   }
   return heldNumbers(rows, tally, [&](std::int64_t at) { return rows.values.at<double>(at); });
@@ -162,7 +163,7 @@ ConvertedArray importKeys(const ArrayRows& rows, const ArrowType& type, ColumnTa
   if (type.kind == ArrowKind::uint32 && rows.isPlain() && isAligned(bytes, sizeof(std::uint32_t))) {
     const auto* keys = reinterpret_cast<const std::uint32_t*>(bytes);
     if (!hasNullKey(keys, static_cast<std::size_t>(rows.rows.count))) {
-      return {BatchColumn::ofKeys(owner, keys), std::nullopt};
+      return {complete(BatchColumn::ofKeys(owner, keys)), std::nullopt};
     }
   }
   return withIntegerOf(

@@ -5,8 +5,10 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "library/arrow_streams/value_search.h"
@@ -15,6 +17,14 @@ namespace kelvarin {
 
 class NullBits {
  public:
+  NullBits() = default;
+  // Behind the last row they are set.
+  explicit NullBits(std::vector<unsigned char> bits) : m_bits(std::move(bits)) {
+    for (const unsigned char byte : m_bits) {
+      m_count += 8 - std::popcount(byte);
+    }
+  }
+
   // The bits of all rows are made at the first null.
   void add(std::size_t row, std::size_t rowCount) {
     if (m_bits.empty()) {
@@ -43,7 +53,7 @@ class NullBits {
 
   std::int64_t count() const { return m_count; }
   // Null where no value is missing.
-  const void* bits() const { return m_bits.empty() ? nullptr : m_bits.data(); }
+  const void* bits() const { return m_count == 0 ? nullptr : m_bits.data(); }
 
  private:
   void addByte(unsigned missing, std::size_t row) {

@@ -85,9 +85,9 @@ class StreamReader::Unit final : public TableUnit {
     std::vector<BatchColumn> columns;
     for (std::size_t i = 0; i < m_imported->columnCount(); ++i) {
       ColumnTally tally;
-      tally.areBadValuesNull = m_reader.m_rules.areBadValuesNull;
+      tally.areBadValuesNull = m_reader.m_settings.rules.areBadValuesNull;
       tally.rowsBefore = m_firstRow;
-      auto made = m_imported->column(i, m_reader.m_columns.columns.types[i], m_begin, m_end, tally);
+      auto made = column(i, tally);
       if (!made) {
         fail({stream_messages::brokenBatch(m_reader.locationOfRow(m_firstRow),
                                            QString::fromStdString(made.error())),
@@ -115,6 +115,15 @@ class StreamReader::Unit final : public TableUnit {
   const std::vector<ColumnTally>& tallies() const { return m_tallies; }
 
  private:
+  Result<ConvertedArray> column(std::size_t index, ColumnTally& tally) const {
+    const MetaTypeColumn type = m_reader.m_columns.columns.types[index];
+    if (m_reader.m_settings.isUntouched(index)) {
+      if (auto numbers = m_imported->untouched(index, type, m_begin, m_end)) {
+        return ConvertedArray{BatchColumn::ofLateNumbers(std::move(numbers), 0), std::nullopt};
+      }
+    }
+    return m_imported->column(index, type, m_begin, m_end, tally);
+  }
   ReadFault badValue(std::size_t column, const BadValue& bad) const {
     const TableColumns& columns = m_reader.m_columns.columns;
     const QString& name = columns.names[static_cast<qsizetype>(column)];
@@ -125,7 +134,7 @@ class StreamReader::Unit final : public TableUnit {
                              ? table_messages::integerIsNoKey(value)
                              : table_messages::numberNotHeld(value);
     return {table_messages::atLocation(location, what) + stream_messages::declareType(name),
-            {name, m_reader.m_firstRow + m_firstRow + bad.row}};
+            {name, m_reader.m_settings.firstRow + m_firstRow + bad.row}};
   }
 
   const StreamReader& m_reader;
@@ -136,12 +145,8 @@ class StreamReader::Unit final : public TableUnit {
   std::vector<ColumnTally> m_tallies;
 };
 
-StreamReader::StreamReader(InputStream stream, ColumnRules rules, long long firstRow,
-                           std::optional<TableColumns> expected)
-    : m_stream(std::move(stream)),
-      m_rules(std::move(rules)),
-      m_expected(std::move(expected)),
-      m_firstRow(firstRow) {}
+StreamReader::StreamReader(InputStream stream, InputSettings settings)
+    : m_stream(std::move(stream)), m_settings(std::move(settings)) {}
 
 Result<TableColumns, QString> StreamReader::open(IsStopped) {
   const auto schema = m_stream.schema();
@@ -149,14 +154,14 @@ Result<TableColumns, QString> StreamReader::open(IsStopped) {
     m_locationOfFailure = schema.error().location;
     return Failure{schema.error().text};
   }
-  auto columns = StreamColumns::of(**schema, m_rules.declared);
+  auto columns = StreamColumns::of(**schema, m_settings.rules.declared);
   if (!columns) {
     m_locationOfFailure = columns.error().location;
     return Failure{columns.error().text};
   }
-  if (m_expected && (columns->columns.names != m_expected->names ||
-                     columns->columns.types != m_expected->types)) {
-    return Failure{stream_messages::otherColumns(describedColumns(*m_expected),
+  if (m_settings.expected && (columns->columns.names != m_settings.expected->names ||
+                              columns->columns.types != m_settings.expected->types)) {
+    return Failure{stream_messages::otherColumns(describedColumns(*m_settings.expected),
                                                  describedColumns(columns->columns))};
   }
   m_columns = std::move(*columns);
@@ -213,7 +218,7 @@ QStringList StreamReader::warnings() const {
 }
 
 QString StreamReader::locationOfRow(long long row) const {
-  return table_messages::atRow(stream_messages::source(), m_firstRow + row + 1);
+  return table_messages::atRow(stream_messages::source(), m_settings.firstRow + row + 1);
 }
 
 }  // namespace kelvarin

@@ -26,14 +26,28 @@ struct StreamColumns {
                                              const std::vector<DeclaredColumn>& declared);
 };
 
+// How the columns of a stream are read.
+struct InputSettings {
+  ColumnRules rules;
+  struct SortColumn {
+    QString name;
+    bool isDescending = false;
+  };
+  std::vector<SortColumn> sortedBy;
+  std::optional<TableColumns> expected;  // the only ones that the stream may have
+  std::vector<bool> untouched;           // of these, those that nobody reads; empty: none
+  long long firstRow = 0;                // its number in messages
+
+  bool isUntouched(std::size_t column) const {
+    return column < untouched.size() && untouched[column];
+  }
+};
+
 ErrorDetails errorOfRead(const ReadFault& fault);
 
 class StreamReader final : public BatchReader {
  public:
-  // `firstRow` is the number of the first row in messages. Where `expected` has columns, the stream
-  // must have the same.
-  StreamReader(InputStream stream, ColumnRules rules, long long firstRow = 0,
-               std::optional<TableColumns> expected = std::nullopt);
+  StreamReader(InputStream stream, InputSettings settings);
 
   Result<TableColumns, QString> open(IsStopped isStopped) override;
   std::unique_ptr<TableUnit> readUnit() override;
@@ -47,6 +61,7 @@ class StreamReader final : public BatchReader {
   bool isBetweenBatches() const { return m_batch == nullptr || m_nextRow == m_batch->rowCount(); }
   FaultLocation locationOfFailure() const override { return m_locationOfFailure; }
   bool mayWait() const override { return true; }
+  bool hasUnitReady() const override { return !isBetweenBatches(); }
 
  private:
   class Unit;
@@ -54,15 +69,13 @@ class StreamReader final : public BatchReader {
   Result<bool, ReadFault> nextBatch();
 
   InputStream m_stream;
-  const ColumnRules m_rules;
-  const std::optional<TableColumns> m_expected;
+  const InputSettings m_settings;
   StreamColumns m_columns;
   FaultLocation m_locationOfFailure;
 
   std::shared_ptr<ImportedBatch> m_batch;  // null: the next one has to be read
   std::int64_t m_nextRow = 0;              // of the batch
   std::int64_t m_rowsInUnit = 1;
-  const long long m_firstRow;  // the number of the first one, in messages
   long long m_rowsBefore = 0;  // the batch, of the stream
   bool m_isOver = false;
 

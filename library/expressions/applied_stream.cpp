@@ -16,6 +16,12 @@ ErrorDetails errorOfStream(const ReadFault& fault) {
   return error;
 }
 
+// Results lie in memory of the heap.
+ApplySettings withCopiedResults(ApplySettings settings, const CompiledExpressions& expressions) {
+  settings.form.copied = expressions.computedColumns();
+  return settings;
+}
+
 ReadFault faultOf(const TableUnit& unit) {
   return {unit.failure(), unit.failureLocation()};
 }
@@ -69,7 +75,7 @@ class Rest final : public BatchSupply {
 AppliedStream::AppliedStream(std::shared_ptr<CompiledExpressions> expressions, InputStream stream,
                              ApplySettings settings)
     : m_expressions(std::move(expressions)),
-      m_settings(std::move(settings)),
+      m_settings(withCopiedResults(std::move(settings), *m_expressions)),
       m_stream(std::move(stream)),
       m_nextRow(m_settings.firstRow) {}
 
@@ -125,8 +131,8 @@ Outcome<Done> AppliedStream::begin(InputStream stream) {
     }
   }
   InputSettings input = m_expressions->inputSettings();
-  m_reader = std::make_unique<StreamReader>(std::move(stream), std::move(input.rules),
-                                            m_settings.firstRow, std::move(input.expected));
+  input.firstRow = m_settings.firstRow;
+  m_reader = std::make_unique<StreamReader>(std::move(stream), std::move(input));
   const auto columns = m_reader->open([] { return false; });
   if (!columns) {
     return Failure{errorOfStream({columns.error(), m_reader->locationOfFailure()})};

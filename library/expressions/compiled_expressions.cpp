@@ -94,6 +94,9 @@ Outcome<Done> CompiledExpressions::settleInput(const ArrowSchema& schema) {
   }
   m_input = std::move(columns->columns);
   m_settings.input.expected = m_input;
+  if (m_settings.input.sortedBy.empty()) {  // else the rows are compared
+    m_settings.input.untouched = graph().unreadColumns();
+  }
   return Done{};
 }
 
@@ -141,8 +144,17 @@ Outcome<Done> CompiledExpressions::tryWithoutRows() {
     return Failure{end.error()};
   }
   m_output = (*stream)->columnsOfSink();
+  noteComputed();
   noteInfos((*stream)->run());
   return Done{};
+}
+
+void CompiledExpressions::noteComputed() {
+  for (const QString& name : m_output.names) {
+    m_computed.push_back(
+        std::ranges::find(m_settings.outputs, name, &ExpressionSettings::Output::name) !=
+        m_settings.outputs.end());
+  }
 }
 
 void CompiledExpressions::noteInfos(PulledRun& run) {

@@ -42,6 +42,8 @@ class CompiledExpressions {
   const TableColumns& inputColumns() const { return m_input; }
   // Of the rows that come out.
   const TableColumns& outputColumns() const { return m_output; }
+  // Of these, the results of outputs.
+  const std::vector<bool>& computedColumns() const { return m_computed; }
   // The outputs in their order, then the condition.
   const std::vector<ExpressionInfo>& infos() const { return m_infos; }
   const InputSettings& inputSettings() const { return m_settings.input; }
@@ -59,6 +61,7 @@ class CompiledExpressions {
   Outcome<Done> settleInput(const ArrowSchema& schema);
   Outcome<Done> settleTypes();
   Outcome<Done> tryWithoutRows();
+  void noteComputed();
   void noteInfos(PulledRun& run);
   ExpressionGraph graph() const { return {m_settings, m_input}; }
   bool mayKeepStages() const;
@@ -66,6 +69,7 @@ class CompiledExpressions {
   ExpressionSettings m_settings;
   TableColumns m_input;
   TableColumns m_output;
+  std::vector<bool> m_computed;  // by column of the output
   std::vector<ExpressionInfo> m_infos;
 
   std::mutex m_mutex;  // guards what follows

@@ -79,6 +79,25 @@ Outcome<Graph> ExpressionGraph::calculator(const ActionCatalogue& catalogue) con
   return text.parse(catalogue);
 }
 
+std::vector<bool> ExpressionGraph::unreadColumns() const {
+  QStringList expressions = outputExpressions();
+  expressions += m_settings.condition;
+  const std::set<QString> names = namesIn(expressions);
+  std::vector<bool> unread;
+  for (const QString& name : m_input.names) {
+    unread.push_back(!names.contains(name));
+  }
+  return unread;
+}
+
+QStringList ExpressionGraph::outputExpressions() const {
+  QStringList expressions;
+  for (const ExpressionSettings::Output& output : m_settings.outputs) {
+    expressions += output.expression;
+  }
+  return expressions;
+}
+
 int ExpressionGraph::transformCount() const {
   return (m_settings.outputs.empty() ? 0 : 1) + (m_settings.condition.isEmpty() ? 0 : 1);
 }
@@ -135,11 +154,7 @@ void ExpressionGraph::addVariables(GraphText& graph, const QStringList& expressi
 void ExpressionGraph::addCalculator(GraphText& graph) const {
   graph.openAction(u"Calculator", kCalculation);
   addSettings(graph, false);
-  QStringList expressions;
-  for (const ExpressionSettings::Output& output : m_settings.outputs) {
-    expressions += output.expression;
-  }
-  addVariables(graph, expressions, m_input);
+  addVariables(graph, outputExpressions(), m_input);
   graph.open(u"OutputVars");
   for (const ExpressionSettings::Output& output : m_settings.outputs) {
     const auto type = static_cast<char>(output.type.value_or(MetaTypeColumn::number));

@@ -47,12 +47,15 @@ class ExpressionGraph {
   // The Calculator alone.
   Outcome<Graph> calculator(const ActionCatalogue& catalogue) const;
 
+  // Of the input, the columns that no expression names.
+  std::vector<bool> unreadColumns() const;
   // The actions between source and sink.
   int transformCount() const;
   // Whether `_n` is the row's number: a column of that name is what it means otherwise.
   bool hasRowNumber(bool isCondition) const;
 
  private:
+  QStringList outputExpressions() const;
   void addSettings(GraphText& graph, bool isCondition) const;
   void addVariables(GraphText& graph, const QStringList& expressions,
                     const TableColumns& columns) const;

@@ -19,8 +19,8 @@ void StreamSource::setStream(InputStream stream, InputSettings settings) {
 }
 
 Result<std::unique_ptr<BatchReader>, QString> StreamSource::makeReader() {
-  return std::unique_ptr<BatchReader>(std::make_unique<StreamReader>(
-      std::move(*m_stream), m_settings.rules, m_settings.firstRow, m_settings.expected));
+  return std::unique_ptr<BatchReader>(
+      std::make_unique<StreamReader>(std::move(*m_stream), m_settings));
 }
 
 Result<QVector<SortInfos>, QString> StreamSource::declaredOrder(

@@ -12,18 +12,6 @@
 
 namespace kelvarin {
 
-// How the columns of a stream are read.
-struct InputSettings {
-  ColumnRules rules;
-  struct SortColumn {
-    QString name;
-    bool isDescending = false;
-  };
-  std::vector<SortColumn> sortedBy;
-  std::optional<TableColumns> expected;  // the only ones that the stream may have
-  long long firstRow = 0;                // its number in messages
-};
-
 class StreamSource final : public Described<StreamSource, ReaderSource> {
  public:
   // Has the name that the element of the replaced action says.

@@ -45,6 +45,32 @@ TEST(ArrayMemory, ArraysThatAreKeptShareNoByteAndOutliveIt) {
   }
 }
 
+// The first ones stay where they are, and later ones are copied.
+TEST(ArrayMemory, ValuesOfTheHeapAreCopiedWhereManyAreKept) {
+  constexpr std::size_t kCount = 50'000;
+  ArrayMemory memory;
+  std::vector<std::shared_ptr<const std::uint64_t[]>> kept;
+  std::vector<std::weak_ptr<const void>> owners;
+  const auto keepMore = [&](std::uint64_t value) {
+    const auto owner = std::make_shared<std::vector<std::uint64_t>>(kCount, value);
+    kept.push_back(memory.keep(0, owner, owner->data(), kCount));
+    owners.emplace_back(owner);
+    return kept.back().get() == owner->data();
+  };
+  EXPECT_TRUE(keepMore(0));
+  std::uint64_t value = 1;
+  while (keepMore(value)) {
+    ASSERT_LT(++value, 100u);
+  }
+  EXPECT_TRUE(owners.back().expired());
+  for (std::uint64_t i = 0; i <= value; ++i) {
+    EXPECT_TRUE(std::all_of(kept[i].get(), kept[i].get() + kCount,
+                            [i](std::uint64_t found) { return found == i; }));
+  }
+  kept.clear();
+  EXPECT_TRUE(owners.front().expired());
+}
+
 TEST(ArrayMemory, ThreadsTakeAndReleaseAtTheSameTime) {
   ArrayMemory memory;
   std::vector<std::jthread> threads;

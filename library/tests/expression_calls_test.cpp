@@ -1,8 +1,14 @@
 // Expressions through the interface: the rows and errors of the actions, for streams of any shape.
 #include <atomic>
+#include <bit>
 #include <chrono>
+#include <cmath>
+#include <numeric>
 #include <thread>
 
+#include "arrow/array/array_primitive.h"
+#include "arrow/array/util.h"
+#include "arrow/buffer.h"
 #include "library/tests/arrow_streams.h"
 
 namespace kelvarin {
@@ -344,6 +350,87 @@ TEST(ExpressionCallsTest, RowsAreTheSameForAnyThreadsAndBatches) {
           expressions->pull(testing::streamOf(few), threads, 5).table->Equals(*expected.table));
       EXPECT_TRUE(
           expressions->pull(testing::streamOf(one), threads, 5).table->Equals(*expected.table));
+    }
+  }
+}
+
+// Numbers behind an offset, with NaN of any bits, those of our null among them, and with anything
+// where they are null.
+std::shared_ptr<arrow::Array> oddNumbers(std::int64_t rows, bool hasNulls) {
+  constexpr std::int64_t kOffset = 3;
+  std::vector<std::uint64_t> bits(static_cast<std::size_t>(rows + kOffset));
+  std::string valid(bits.size() / 8 + 1, '\xFF');
+  for (std::size_t i = kOffset; i < bits.size(); ++i) {
+    const std::size_t row = i - kOffset;
+    bits[i] = row % 5 == 0    ? ~std::uint64_t{0}
+              : row % 11 == 0 ? 0x7FF8000000000000u
+                              : std::bit_cast<std::uint64_t>(static_cast<double>(row) + 0.5);
+    if (hasNulls && row % 7 == 0) {
+      valid[i / 8] = static_cast<char>(valid[i / 8] & ~(1 << i % 8));
+    }
+  }
+  return arrow::MakeArray(arrow::ArrayData::Make(
+      arrow::float64(), rows,
+      {hasNulls ? arrow::Buffer::FromString(valid) : nullptr, arrow::Buffer::FromVector(bits)},
+      arrow::kUnknownNullCount, kOffset));
+}
+
+void expectOddNumbers(const arrow::Array& array, const arrow::Array& rowNumbers, bool hasNulls) {
+  const auto& numbers = static_cast<const arrow::DoubleArray&>(array);
+  const auto& rows = static_cast<const arrow::DoubleArray&>(rowNumbers);
+  for (std::int64_t i = 0; i < array.length(); ++i) {
+    const auto row = static_cast<std::int64_t>(rows.Value(i));
+    const bool isNaN = row % 5 == 0 || row % 11 == 0;
+    ASSERT_EQ(numbers.IsNull(i), hasNulls && row % 7 == 0) << row;
+    if (numbers.IsValid(i)) {
+      ASSERT_EQ(std::isnan(numbers.Value(i)), isNaN) << row;
+      ASSERT_TRUE(isNaN || numbers.Value(i) == static_cast<double>(row) + 0.5) << row;
+    }
+  }
+}
+
+// By stages, with tasks and row by row, with all rows and with some of them.
+TEST(ExpressionCallsTest, ColumnsThatNobodyReadsLeaveAsTheyCame) {
+  constexpr std::int64_t kRows = 100'003;
+  std::vector<double> rowNumbers(kRows);
+  std::iota(rowNumbers.begin(), rowNumbers.end(), 0.0);
+  const auto rows =
+      std::make_shared<arrow::DoubleArray>(kRows, arrow::Buffer::FromVector(rowNumbers));
+  const auto all = arrow::RecordBatch::Make(
+      arrow::schema({arrow::field("row", arrow::float64()), arrow::field("odd", arrow::float64()),
+                     arrow::field("nan", arrow::float64())}),
+      kRows, {rows, oddNumbers(kRows, true), oddNumbers(kRows, false)});
+  const std::vector<TypedColumn> columns = {{"row", arrow::float64(), "[]"},
+                                            {"odd", arrow::float64(), "[]"},
+                                            {"nan", arrow::float64(), "[]"}};
+  const auto* const first = all->column_data(1)->GetValues<double>(1);
+  for (const char* expression : {"row * 2", "row + row * rand(1) * 0 + row"}) {
+    for (const char* condition : {"", "row % 3 != 1"}) {
+      const Expressions expressions(columns, {{"y", expression, 0}},
+                                    *condition == '\0' ? nullptr : condition);
+      ASSERT_EQ(expressions.status(), KELVARIN_OK) << expressions.error().message();
+      const bool isByBatch = expressions.info(0).is_by_batch != 0;
+      for (const int threads : {1, 2}) {
+        kelvarin_apply_options options = KELVARIN_APPLY_OPTIONS_INIT;
+        options.threads = threads;
+        ArrowArrayStream out = expressions.apply(
+            testing::streamOf({all->Slice(0, 70'001), all->Slice(70'001)}), options);
+        const auto reader = *arrow::ImportRecordBatchReader(&out);
+        std::int64_t seen = 0;
+        std::int64_t rowsShared = 0;
+        for (auto batch = *reader->Next(); batch != nullptr; batch = *reader->Next()) {
+          ASSERT_TRUE(batch->ValidateFull().ok());
+          expectOddNumbers(*batch->column(1), *batch->column(0), true);
+          expectOddNumbers(*batch->column(2), *batch->column(0), false);
+          rowsShared +=
+              batch->column_data(1)->GetValues<double>(1) == first + seen ? batch->num_rows() : 0;
+          seen += batch->num_rows();
+        }
+        EXPECT_EQ(seen, *condition == '\0' ? kRows : kRows - kRows / 3);
+        if (isByBatch && *condition == '\0') {
+          EXPECT_GT(rowsShared, kRows / 2);  // all but a unit whose first row goes alone
+        }
+      }
     }
   }
 }

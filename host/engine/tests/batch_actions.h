@@ -2,6 +2,8 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
+#include <thread>
 
 #include "host/contract/batch_rows.h"
 #include "host/engine/tests/made_actions.h"
@@ -21,7 +23,8 @@ inline RowBatchPointer batchOfNumbers(long long first, long long end) {
 }
 
 // rows='N' numbers counted from 0 in units of unit='K'; failsAt='R' ends the input with an error
-// after R rows.
+// after R rows. waits='W': it may wait before units whose first row is a multiple of W, and a unit
+// takes a millisecond to parse.
 class CountUnits final : public TestAction, public BatchSource {
  public:
   KELVARIN_TEST_ACTION(CountUnits, 0, 1)
@@ -37,6 +40,7 @@ class CountUnits final : public TestAction, public BatchSource {
       m_rows = number("rows", 10);
       m_unit = number("unit", 100);
       m_failsAt = number("failsAt", -1);
+      m_waits = number("waits", 0);
       return !mustComputeFull();
     }
     if (m_hasFailure) {
@@ -55,13 +59,19 @@ class CountUnits final : public TestAction, public BatchSource {
     unit->first = std::exchange(m_next, end);
     unit->isBroken = m_failsAt >= unit->first && m_failsAt < end;
     unit->end = unit->isBroken ? m_failsAt : end;
+    unit->isSlow = m_waits > 0;
     m_isBroken = unit->isBroken;
     return unit;
   }
   RowBatchPointer accept(BatchUnit& unit) override {
     m_hasFailure = static_cast<Unit&>(unit).isBroken;
+    if (static_cast<Unit&>(unit).parser == std::this_thread::get_id()) {
+      note("parsed on the engine thread");
+    }
     return unit.batch();
   }
+  bool mayWait() const override { return m_waits > 0; }
+  bool hasUnitReady() const override { return m_waits == 0 || m_next % m_waits != 0; }
   bool readOn() override {
     m_isAtEnd = true;
     return false;
@@ -69,11 +79,19 @@ class CountUnits final : public TestAction, public BatchSource {
 
  private:
   struct Unit final : BatchUnit {
-    void parse() override { m_batch = batchOfNumbers(first, end); }
+    void parse() override {
+      m_batch = batchOfNumbers(first, end);
+      parser = std::this_thread::get_id();
+      if (isSlow) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      }
+    }
     std::size_t byteCount() const override { return static_cast<std::size_t>(end - first) * 8; }
     long long first = 0;
     long long end = 0;
     bool isBroken = false;
+    bool isSlow = false;
+    std::thread::id parser;
   };
 
   bool m_isOpen = false;
@@ -84,6 +102,7 @@ class CountUnits final : public TestAction, public BatchSource {
   long long m_rows = 0;
   long long m_unit = 1;
   long long m_failsAt = -1;
+  long long m_waits = 0;
 };
 
 // Rows whose number (of the row, with byRow='1', else their value) is a multiple of n go to pin 0,

@@ -170,5 +170,16 @@ TEST(BatchRun, GoesOnAllThreadsAndEndsWhereItShould) {
   EXPECT_GT(std::ranges::count(t.seen.calls["w"], "encoded"), 150);  // of 200
 }
 
+// Of a source that may wait now and then.
+TEST(BatchRun, UnitsThatAreThereAreParsedByTheEngineThreadToo) {
+  TestGraph t(
+      "<CountUnits name='s' rows='10000' unit='100' waits='10000'/>"
+      "<TakeBatches name='w' encoded='1'/>",
+      "s w", batchPrototypes());
+  t.graph.settings->setThreadCount(2);
+  EXPECT_TRUE(t.run().isOk());
+  EXPECT_GT(std::ranges::count(t.seen.calls["s"], "parsed on the engine thread"), 20);  // of 100
+}
+
 }  // namespace
 }  // namespace kelvarin::testing

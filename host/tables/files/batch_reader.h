@@ -93,6 +93,8 @@ class BatchReader {
   virtual FaultLocation locationOfFailure() const { return {}; }
   // readUnit() may wait for another program.
   virtual bool mayWait() const { return false; }
+  // While nobody reads: the next unit comes without waiting.
+  virtual bool hasUnitReady() const { return !mayWait(); }
 };
 
 }  // namespace kelvarin

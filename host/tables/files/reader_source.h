@@ -40,6 +40,7 @@ class ReaderSource : public ActionItem, public BatchSource {
   RowBatchPointer accept(BatchUnit& unit) override;
   bool readOn() override;
   bool mayWait() const override { return m_reader != nullptr && m_reader->mayWait(); }
+  bool hasUnitReady() const override { return m_reader == nullptr || m_reader->hasUnitReady(); }
 
  protected:
   ReaderSource(XMLNode node, GlobalParameters* parameters);
