@@ -1,6 +1,6 @@
 // A column in the buffers of an Arrow array, and the array of a table of such columns.
 //
-// Used by: exported_batch.cpp, exported_texts.cpp, whole_table.cpp.
+// Used by: exported_batch.cpp, exported_texts.cpp, untouched_numbers.cpp, whole_table.cpp.
 // Threads: any. Errors: std::bad_alloc.
 #pragma once
 

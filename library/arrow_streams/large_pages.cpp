@@ -40,7 +40,11 @@ std::shared_ptr<unsigned char[]> largeBytes(std::size_t size) {
   if (size < kLargePage) {
     return std::shared_ptr<unsigned char[]>(new unsigned char[size]);
   }
-  const std::size_t whole = roundedUp(size, kSmallPage);
+  // A last large page that is hardly used would take more memory than it saves time.
+  std::size_t whole = roundedUp(size, kLargePage);
+  if (whole - size > size / 8) {
+    whole = roundedUp(size, kSmallPage);
+  }
   return {mapLargePages(whole), [whole](unsigned char* bytes) { unmapLargePages(bytes, whole); }};
 }
 

@@ -1,6 +1,6 @@
 // Which rows of an array have no value: a bit for each, 0 where it is missing.
 //
-// Used by: exported_column.h, whole_columns.h.
+// Used by: exported_column.h, whole_columns.h, text_views.h.
 // Errors: std::bad_alloc.
 #pragma once
 

@@ -12,7 +12,7 @@ constexpr std::size_t kLargestPiece = std::size_t{8} << 20;
 
 }  // namespace
 
-TextPieces::Piece TextPieces::take(std::size_t bytes) {
+TextPieces::Piece TextPieces::take(std::size_t bytes, std::size_t expected) {
   const std::size_t size = bytes + kMargin;
   const std::lock_guard lock(m_mutex);
   // What has no space for these has little for others.
@@ -23,11 +23,10 @@ TextPieces::Piece TextPieces::take(std::size_t bytes) {
       return piece;
     }
   }
-  Piece piece{nullptr, std::max(size, m_nextSize), 0,
+  Piece piece{nullptr, std::max(size, std::min(expected, kLargestPiece)), 0,
               static_cast<std::uint32_t>(m_buffers.memory.size())};
   auto memory = largeBytes(piece.size);
   piece.bytes = memory.get();
-  m_nextSize = std::min(2 * m_nextSize, kLargestPiece);
   m_buffers.memory.push_back(std::move(memory));
   m_buffers.sizes.push_back(0);
   return piece;

@@ -27,8 +27,9 @@ class TextPieces {
     unsigned char* end() const { return bytes + used; }
   };
 
-  // A piece with space for so many bytes of texts, less than INT_MAX.
-  Piece take(std::size_t bytes);
+  // A piece with space for so many bytes of texts, less than INT_MAX. All of them may take
+  // `expected` bytes.
+  Piece take(std::size_t bytes, std::size_t expected);
   void giveBack(const Piece& piece);
 
   // Of the texts so far, which live as long as the shared memory.
@@ -42,7 +43,6 @@ class TextPieces {
   mutable std::mutex m_mutex;  // guards what follows
   Buffers m_buffers;
   std::vector<Piece> m_open;  // those that nobody has
-  std::size_t m_nextSize = 4096;
 };
 
 }  // namespace kelvarin

@@ -50,10 +50,12 @@ void copyText(const unsigned char* from, std::size_t size, const unsigned char* 
   }
 }
 
-void storeViews(const RowBatch& batch, const BatchColumn& column, TextPieces& pieces,
-                unsigned char* target, NullBits& nulls) {
+void storeViews(const RowBatch& batch, const BatchColumn& column, std::size_t mostRows,
+                TextPieces& pieces, unsigned char* target, NullBits& nulls) {
   const bool hasMuch = column.textSize() > kMuchText;
-  TextPieces::Piece piece = pieces.take(hasMuch ? sizeOfTexts(batch, column) : column.textSize());
+  const std::size_t most = hasMuch ? sizeOfTexts(batch, column) : column.textSize();
+  TextPieces::Piece piece =
+      pieces.take(most, most * (mostRows / std::max<std::size_t>(batch.rowCount(), 1)));
   const unsigned char* const end = column.textBytes() + column.textSize();
   TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t size) {
     const TextLocation at{piece.index, static_cast<std::uint32_t>(piece.used)};
@@ -66,9 +68,11 @@ void storeViews(const RowBatch& batch, const BatchColumn& column, TextPieces& pi
 }
 
 void packRows(const RowBatch& batch, const BatchColumn& column, WrittenRows::Column& made) {
-  made.packed.bytes = std::make_unique_for_overwrite<char[]>(sizeOfTexts(batch, column));
-  made.packed.ends.resize(batch.rowCount());
-  packTexts(batch, column, made.packed.bytes.get(), made.packed.ends.data(), made.nulls);
+  made.packed.count = batch.rowCount();
+  made.packed.ends = SpareBytes(batch.rowCount() * sizeof(std::uint32_t));
+  made.packed.bytes = SpareBytes(sizeOfTexts(batch, column));
+  packTexts(batch, column, reinterpret_cast<char*>(made.packed.bytes.get()),
+            reinterpret_cast<std::uint32_t*>(made.packed.ends.get()), made.nulls);
 }
 
 // Whether views, or ends of texts, can have the positions of all texts.
@@ -159,7 +163,7 @@ void WholeColumns::store(const RowBatch& batch, std::size_t index, WrittenRows& 
   }
   const BatchColumn texts = withValidTexts(batch, column);
   if (whole.pieces != nullptr) {
-    storeViews(batch, texts, *whole.pieces, rows, made.nulls);
+    storeViews(batch, texts, m_mostRows, *whole.pieces, rows, made.nulls);
   } else {
     packRows(batch, texts, made);
   }

@@ -10,10 +10,11 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
+#include <span>
 #include <vector>
 
+#include "base/spare_memory.h"
 #include "host/contract/batch_steps.h"
 #include "host/contract/value_targets.h"
 #include "host/tables/files/batch_reader.h"
@@ -27,8 +28,14 @@ namespace kelvarin {
 struct WrittenRows final : EncodedBatch {
   // Of texts that are packed, one behind another.
   struct PackedTexts {
-    std::unique_ptr<char[]> bytes;
-    std::vector<std::uint32_t> ends;
+    std::span<const std::uint32_t> allEnds() const {
+      return {reinterpret_cast<const std::uint32_t*>(ends.get()), count};
+    }
+    std::size_t size() const { return count == 0 ? 0 : allEnds().back(); }
+
+    SpareBytes bytes;
+    SpareBytes ends;  // a number of 32 bits for each text
+    std::size_t count = 0;
   };
   struct Column {
     NullBits nulls;

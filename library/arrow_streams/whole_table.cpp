@@ -19,16 +19,12 @@ struct PackedMemory {
 };
 
 template <typename Offset>
-void storeOffsets(const std::vector<std::uint32_t>& ends, std::size_t base, unsigned char* bytes) {
+void storeOffsets(std::span<const std::uint32_t> ends, std::size_t base, unsigned char* bytes) {
   auto* offsets = reinterpret_cast<Offset*>(bytes);
   *offsets = static_cast<Offset>(base);
   for (const std::uint32_t end : ends) {
     *++offsets = static_cast<Offset>(base + end);
   }
-}
-
-std::size_t sizeOf(const WrittenRows::PackedTexts& texts) {
-  return texts.ends.empty() ? 0 : texts.ends.back();
 }
 
 std::size_t offsetSizeOf(TextFormat texts) {
@@ -77,7 +73,7 @@ std::vector<OwnedArray> WholeTable::end() {
 
 bool WholeTable::hasSpaceForTexts(const WrittenRows& written) const {
   for (std::size_t i = 0; i < m_parts.size() && m_texts == TextFormat::utf8; ++i) {
-    if (m_parts[i].packed.size + sizeOf(written.columns[i].packed) > INT_MAX) {
+    if (m_parts[i].packed.size + written.columns[i].packed.size() > INT_MAX) {
       return false;
     }
   }
@@ -100,15 +96,15 @@ void WholeTable::appendPacked(const WrittenRows& written, PackedTexts& all,
   if (all.offsets == nullptr) {
     all.offsets = largeBytes((m_columns->mostRows() + 1) * offsetSize);
   }
-  const std::size_t size = sizeOf(texts);
+  const std::size_t size = texts.size();
   if (all.bytes == nullptr || all.size + size > all.capacity) {
     grow(all, all.size + size, written);
   }
   unsigned char* const offsets = all.offsets.get() + written.first * offsetSize;
   if (m_texts == TextFormat::utf8) {
-    storeOffsets<std::int32_t>(texts.ends, all.size, offsets);
+    storeOffsets<std::int32_t>(texts.allEnds(), all.size, offsets);
   } else {
-    storeOffsets<std::int64_t>(texts.ends, all.size, offsets);
+    storeOffsets<std::int64_t>(texts.allEnds(), all.size, offsets);
   }
   if (size > 0) {
     std::memcpy(all.bytes.get() + all.size, texts.bytes.get(), size);
