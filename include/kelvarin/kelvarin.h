@@ -131,7 +131,7 @@ typedef struct kelvarin_progress {
 
 /* How texts leave the library. */
 enum {
-  KELVARIN_TEXT_VIEWS = 0, /* "vu": the bytes are not copied */
+  KELVARIN_TEXT_VIEWS = 0, /* "vu": views of 16 bytes, into the bytes as they were decoded */
   KELVARIN_TEXT_UTF8 = 1,  /* "u": offsets of 32 bits; batches are cut where they do not suffice */
   KELVARIN_TEXT_LARGE = 2  /* "U": offsets of 64 bits */
 };

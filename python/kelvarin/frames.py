@@ -38,7 +38,7 @@ def _column(table: Table, index: int, column: pyarrow.ChunkedArray, is_owner: bo
         return column.to_pandas()
     # Where a number is missing, its memory has a NaN; where a key is, an integer.
     has_values = pyarrow.types.is_floating(column.type) or column.null_count == 0
-    values = table.values(index) if is_owner and has_values else None
+    values = table._values(index) if is_owner and has_values else None
     return _copied(column) if values is None else values
 
 

@@ -106,9 +106,9 @@ class Table(Rows):
         """The table itself: its texts stay as they are."""
         return self
 
-    def values(self, column: int) -> Any:
+    def _values(self, column: int) -> Any:
         """The memory of a column of numbers or keys, as an array of numpy that can be changed; None where it is not in one
-        piece. Whoever changes it changes the table."""
+        piece. Whoever changes it changes the table, and the one that a calculation was made of."""
         return self._batches.values(column)
 
 
