@@ -132,6 +132,7 @@ void WholeTable::finishArray(std::vector<OwnedArray>& arrays) {
   m_isWhole = false;
   if (m_end > m_first) {
     std::vector<std::unique_ptr<ExportedColumn>> columns;
+    columns.reserve(m_parts.size());
     for (std::size_t i = 0; i < m_parts.size(); ++i) {
       columns.push_back(exported(i));
     }
