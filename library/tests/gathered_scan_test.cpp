@@ -155,7 +155,8 @@ TEST_F(GatheredScanTest, LargeTablesComeInOneBatch) {
   kelvarin_scan_options options = KELVARIN_SCAN_OPTIONS_INIT;
   options.columns = columns;
   options.column_count = 2;
-  options.block_filter = "counted_min % 2 == 0";
+  const std::string filter = "counted_min % " + std::to_string(kRowsOfLarge / 10) + " == 0";
+  options.block_filter = filter.c_str();
   options.first_row = kRowsOfLarge / 8 + 1;
   EXPECT_EQ(batchesOf(table, options), 1u);
   options.batch_rows = kRowsOfLarge / 13;
