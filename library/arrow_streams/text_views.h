@@ -52,6 +52,13 @@ struct TextLocation {
   std::uint32_t position = 0;
 };
 
+// Each entry of the column's dictionary is looked at once; else the text of each row is, also where
+// rows share it.
+inline bool isViewedByEntries(const RowBatch& batch, const BatchColumn& column) {
+  const BatchDictionary& dictionary = column.dictionary();
+  return dictionary.isThere() && dictionary.positions.size() <= batch.rowCount();
+}
+
 // `locationOf(text, size)` returns the TextLocation of a long text.
 template <typename LocationOf>
 class TextViewer {
@@ -91,9 +98,8 @@ class TextViewer {
   // it.
   void viewRows(const RowBatch& batch, const BatchColumn& column, TextView* views,
                 NullBits& nulls) {
-    const BatchDictionary& dictionary = column.dictionary();
-    if (dictionary.isThere() && dictionary.positions.size() <= batch.rowCount()) {
-      viewByEntries(batch, dictionary, views, nulls);
+    if (isViewedByEntries(batch, column)) {
+      viewByEntries(batch, column.dictionary(), views, nulls);
       return;
     }
     const std::uint32_t* positions = column.textPositions();

@@ -13,8 +13,8 @@ namespace kelvarin {
 
 namespace {
 
-// A buffer with the texts of many more rows says little about how long those of a batch are.
-constexpr std::size_t kMuchText = std::size_t{4} << 20;
+// Rows may share their texts, and then take much more than these do.
+constexpr std::size_t kMaxTimesCopied = 8;
 
 std::size_t valueSizeOf(MetaTypeColumn type, TextFormat texts) {
   const std::size_t fixed = fixedSizeOf(type);
@@ -50,37 +50,28 @@ void copyText(const unsigned char* from, std::size_t size, const unsigned char* 
   }
 }
 
-void storeViews(const RowBatch& batch, const BatchColumn& column, std::size_t mostRows,
-                TextPieces& pieces, unsigned char* target, NullBits& nulls) {
-  const bool hasMuch = column.textSize() > kMuchText;
-  const std::size_t most = hasMuch ? sizeOfTexts(batch, column) : column.textSize();
-  TextPieces::Piece piece =
-      pieces.take(most, most * (mostRows / std::max<std::size_t>(batch.rowCount(), 1)));
+void storeViews(const RowBatch& batch, const BatchColumn& column, std::size_t size,
+                std::size_t mostRows, TextPieces& pieces, unsigned char* target, NullBits& nulls) {
+  const std::size_t batches = mostRows / std::max<std::size_t>(batch.rowCount(), 1);
+  TextPieces::Piece piece = pieces.take(size, size * batches);
   const unsigned char* const end = column.textBytes() + column.textSize();
-  TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t size) {
+  TextViewer viewer(column, [&](const unsigned char* text, std::uint32_t length) {
     const TextLocation at{piece.index, static_cast<std::uint32_t>(piece.used)};
-    copyText(text, size, end, piece.end());
-    piece.used += size;
+    copyText(text, length, end, piece.end());
+    piece.used += length;
     return at;
   });
   viewer.viewRows(batch, column, reinterpret_cast<TextView*>(target), nulls);
   pieces.giveBack(piece);
 }
 
-void packRows(const RowBatch& batch, const BatchColumn& column, WrittenRows::Column& made) {
+void packRows(const RowBatch& batch, const BatchColumn& column, std::size_t size,
+              WrittenRows::Column& made) {
   made.packed.count = batch.rowCount();
   made.packed.ends = SpareBytes(batch.rowCount() * sizeof(std::uint32_t));
-  made.packed.bytes = SpareBytes(sizeOfTexts(batch, column));
+  made.packed.bytes = SpareBytes(size);
   packTexts(batch, column, reinterpret_cast<char*>(made.packed.bytes.get()),
             reinterpret_cast<std::uint32_t*>(made.packed.ends.get()), made.nulls);
-}
-
-// Whether views, or ends of texts, can have the positions of all texts.
-bool hasFewTexts(const RowBatch& batch) {
-  return std::ranges::all_of(
-             batch.columns(),
-             [](const BatchColumn& column) { return column.textSize() <= kMuchText; }) ||
-         fitsSmallOffsets(batch);
 }
 
 }  // namespace
@@ -133,7 +124,7 @@ std::unique_ptr<EncodedBatch> WholeColumns::encode(const RowBatch& batch) const 
 
 std::unique_ptr<EncodedBatch> WholeColumns::encodeAt(const RowBatch& batch,
                                                      std::int64_t firstRow) const {
-  if (!hasTarget(firstRow, batch.rowCount()) || !hasFewTexts(batch)) {
+  if (!hasTarget(firstRow, batch.rowCount())) {
     return nullptr;
   }
   auto written = std::make_unique<WrittenRows>();
@@ -141,12 +132,14 @@ std::unique_ptr<EncodedBatch> WholeColumns::encodeAt(const RowBatch& batch,
   written->count = batch.rowCount();
   written->columns.resize(batch.columnCount());
   for (std::size_t i = 0; i < batch.columnCount(); ++i) {
-    store(batch, i, *written);
+    if (!store(batch, i, *written)) {
+      return nullptr;
+    }
   }
   return written;
 }
 
-void WholeColumns::store(const RowBatch& batch, std::size_t index, WrittenRows& written) const {
+bool WholeColumns::store(const RowBatch& batch, std::size_t index, WrittenRows& written) const {
   const Column& whole = m_columns[index];
   WrittenRows::Column& made = written.columns[index];
   unsigned char* const rows = whole.values.get() + written.first * whole.valueSize;
@@ -154,19 +147,25 @@ void WholeColumns::store(const RowBatch& batch, std::size_t index, WrittenRows& 
   switch (whole.type) {
     case MetaTypeColumn::number:
       storeValues(batch, column.numbers(), rows, made.nulls);
-      return;
+      return true;
     case MetaTypeColumn::key:
       storeValues(batch, column.keys(), rows, made.nulls);
-      return;
+      return true;
     default:
       break;
   }
   const BatchColumn texts = withValidTexts(batch, column);
-  if (whole.pieces != nullptr) {
-    storeViews(batch, texts, m_mostRows, *whole.pieces, rows, made.nulls);
-  } else {
-    packRows(batch, texts, made);
+  const bool isByEntries = whole.pieces != nullptr && isViewedByEntries(batch, texts);
+  const std::size_t size = isByEntries ? texts.textSize() : sizeOfTexts(batch, texts);
+  if (size > INT_MAX || (whole.pieces != nullptr && size > kMaxTimesCopied * texts.textSize())) {
+    return false;
   }
+  if (whole.pieces != nullptr) {
+    storeViews(batch, texts, size, m_mostRows, *whole.pieces, rows, made.nulls);
+  } else {
+    packRows(batch, texts, size, made);
+  }
+  return true;
 }
 
 }  // namespace kelvarin

@@ -73,7 +73,8 @@ class WholeColumns final : public ValueTargets, public BatchEncoder {
 
  private:
   bool hasTarget(std::int64_t firstRow, std::size_t rows) const;
-  void store(const RowBatch& batch, std::size_t index, WrittenRows& written) const;
+  // False: the texts take too much.
+  bool store(const RowBatch& batch, std::size_t index, WrittenRows& written) const;
 
   const std::size_t m_mostRows;
   const TextFormat m_texts;

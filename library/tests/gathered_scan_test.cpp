@@ -164,6 +164,32 @@ TEST_F(GatheredScanTest, LargeTablesComeInOneBatch) {
   EXPECT_EQ(kelvarin_table_close(table), KELVARIN_OK);
 }
 
+// Too many texts for a dictionary, and some that rows share: together they take more than the texts.
+TEST_F(GatheredScanTest, RowsMayShareLongTexts) {
+  for (const int size : {60, 3'000}) {
+    arrow::StringBuilder texts;
+    for (int row = 0; row < 12'000; ++row) {
+      const int within = row % 60;
+      const bool isShared = within >= 20 && within < 40;
+      ASSERT_TRUE(texts
+                      .Append(isShared ? std::string(static_cast<std::size_t>(size), 'x')
+                                       : "v" + std::to_string(row))
+                      .ok());
+    }
+    write(arrow::RecordBatch::Make(arrow::schema({arrow::field("t", arrow::utf8())}), 12'000,
+                                   {*texts.Finish()}),
+          60);
+    const kelvarin_table table = open();
+    forEachForm([&](kelvarin_scan_options options) {
+      batchesOf(table, options);
+      options.first_row = 24;
+      options.end_row = 36;
+      batchesOf(table, options);
+    });
+    EXPECT_EQ(kelvarin_table_close(table), KELVARIN_OK);
+  }
+}
+
 TEST_F(GatheredScanTest, DamagedRowsAreLeftOut) {
   std::mt19937 random(31);
   std::size_t batches = 0;
