@@ -164,7 +164,7 @@ TEST_F(GatheredScanTest, LargeTablesComeInOneBatch) {
   EXPECT_EQ(kelvarin_table_close(table), KELVARIN_OK);
 }
 
-// Too many texts for a dictionary, some of which rows share: together they take more than the texts.
+// Too many texts for a dictionary, some of which rows share: together they take more than these.
 TEST_F(GatheredScanTest, RowsMayShareLongTexts) {
   for (const int size : {60, 3'000}) {
     arrow::StringBuilder texts;
